@@ -1,0 +1,12 @@
+// The pokermath subcommands. Each add_*_command registers one subcommand and its callback on the
+// application; callbacks write to stdout and throw pokermath::Error for bad input (main turns it
+// into one line on stderr and exit code 2).
+#pragma once
+
+#include <CLI/CLI.hpp>
+
+namespace pokermath::cli {
+
+void add_eval_command(CLI::App& app);
+
+}  // namespace pokermath::cli

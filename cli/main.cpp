@@ -1,0 +1,68 @@
+// pokermath: poker mathematics on the command line.
+#include <cstdio>
+#include <iostream>
+
+#include "commands.h"
+#include "pokermath/pokermath.h"
+
+namespace {
+
+constexpr int kExitBadInput = 2;
+
+const char* const kFooter = R"(Cards are a rank (2-9, T or 10, J, Q, K, A) and a suit (c, d, h, s), in either
+case: "As", "td", "10h". Several cards may be written together or apart:
+"AsKs", "As Ks", "As,Ks".
+
+Examples:
+  pokermath eval As Ks Qs Js Ts
+  pokermath eval AhAd 7c7s 2h Kd --json
+
+Bad input prints one line on stderr and exits with code 2.)";
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  CLI::App app{"pokermath: rank poker hands, find the best hand, count outs and compute equities."};
+  app.name("pokermath");
+  app.footer(kFooter);
+  app.set_version_flag("--version", "pokermath " + std::string(pokermath::version()), "Print the version and exit");
+  app.require_subcommand(1);
+  pokermath::cli::add_eval_command(app);
+
+  if (argc == 1) {
+    std::cerr << app.help();
+    return kExitBadInput;
+  }
+  if (argv[1][0] != '-') {
+    bool found = false;
+    std::string known;
+    for (const CLI::App* command : app.get_subcommands({})) {
+      found = found || command->get_name() == argv[1];
+      known += (known.empty() ? "" : ", ") + command->get_name();
+    }
+    if (!found) {
+      std::cerr << "pokermath: unknown command '" << argv[1] << "' (commands: " << known << "; see pokermath --help)\n";
+      return kExitBadInput;
+    }
+  }
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::CallForHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForAllHelp& e) {
+    return app.exit(e);
+  } catch (const CLI::CallForVersion&) {
+    std::cout << "pokermath " << pokermath::version() << "\n";
+    return 0;
+  } catch (const CLI::ParseError& e) {
+    std::cerr << "pokermath: " << e.what() << " (see pokermath --help)\n";
+    return kExitBadInput;
+  } catch (const pokermath::Error& e) {
+    std::cerr << "pokermath: " << e.what() << "\n";
+    return kExitBadInput;
+  } catch (const std::exception& e) {
+    std::cerr << "pokermath: internal error: " << e.what() << "\n";
+    return 1;
+  }
+  return 0;
+}

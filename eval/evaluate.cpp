@@ -1,0 +1,89 @@
+// The pokermath:: evaluation API: validated input, the class, category, best five cards and words.
+#include <algorithm>
+
+#include "pokermath/eval.h"
+
+namespace pokermath {
+
+namespace {
+
+constexpr int kWheelStraightFlush = 10;
+constexpr int kWheelStraight = 1609;
+
+// Orders the best five for reading: bigger rank groups first (K K K 2 2, Q Q 9 9 A), higher ranks
+// first within a group size, and the ace of a five-high straight last (5 4 3 2 A).
+void order_for_display(std::array<int, 5>& cards, int hand_class) {
+  int count[13] = {};
+  for (int c : cards) ++count[c % 13];
+  std::sort(cards.begin(), cards.end(), [&](int a, int b) {
+    if (count[a % 13] != count[b % 13]) return count[a % 13] > count[b % 13];
+    return comparefun(a, b);
+  });
+  if (hand_class == kWheelStraightFlush || hand_class == kWheelStraight)
+    std::rotate(cards.begin(), cards.begin() + 1, cards.end());
+}
+
+}  // namespace
+
+Category category_of_class(int hand_class) {
+  if (hand_class < 1 || hand_class > 7462)
+    throw Error("bad hand class " + std::to_string(hand_class) + ": must be 1..7462");
+  constexpr int kLastClass[] = {10, 166, 322, 1599, 1609, 2467, 3325, 6185, 7462};
+  constexpr Category kCategories[] = {Category::StraightFlush, Category::FourOfAKind, Category::FullHouse,
+                                      Category::Flush,         Category::Straight,    Category::ThreeOfAKind,
+                                      Category::TwoPair,       Category::OnePair,     Category::HighCard};
+  int i = 0;
+  while (hand_class > kLastClass[i]) ++i;
+  return kCategories[i];
+}
+
+std::string_view category_name(Category category) {
+  switch (category) {
+    case Category::HighCard: return "high card";
+    case Category::OnePair: return "one pair";
+    case Category::TwoPair: return "two pair";
+    case Category::ThreeOfAKind: return "three of a kind";
+    case Category::Straight: return "straight";
+    case Category::Flush: return "flush";
+    case Category::FullHouse: return "full house";
+    case Category::FourOfAKind: return "four of a kind";
+    case Category::StraightFlush: return "straight flush";
+  }
+  return "unknown";
+}
+
+HandEvaluation evaluate_hand(std::span<const int> cards) {
+  const int n = static_cast<int>(cards.size());
+  if (n < 5 || n > 7) throw Error("expected 5 to 7 cards, got " + std::to_string(n));
+  cards_to_mask(cards);  // throws for codes outside 0..51 and repeated cards
+
+  HandEvaluation result;
+  result.hand_class = 9999;
+  for (int a = 0; a < n; ++a)
+    for (int b = a + 1; b < n; ++b)
+      for (int c = b + 1; c < n; ++c)
+        for (int d = c + 1; d < n; ++d)
+          for (int e = d + 1; e < n; ++e) {
+            const std::array<int, 5> five = {cards[a], cards[b], cards[c], cards[d], cards[e]};
+            const int cls =
+                eval_5hand_fast(static_cast<int>(prime_word(five[0])), static_cast<int>(prime_word(five[1])),
+                                static_cast<int>(prime_word(five[2])), static_cast<int>(prime_word(five[3])),
+                                static_cast<int>(prime_word(five[4])));
+            if (cls < result.hand_class) {
+              result.hand_class = cls;
+              result.best_five = five;
+            }
+          }
+  result.category = category_of_class(result.hand_class);
+  order_for_display(result.best_five, result.hand_class);
+
+  // The words describe the best five alone, so a seven-card hand reads like the five it plays.
+  static PokerLogic logic;  // only its const helpers run, so one object serves every thread
+  CDeck deck;
+  for (int c : result.best_five) deck.AddCard(CCard(c));
+  deck.SetValueCombination(logic);
+  result.description = narrow(deck.display().substr(16));
+  return result;
+}
+
+}  // namespace pokermath

@@ -1,0 +1,6 @@
+// The whole pokermath library: the classic API at global scope and the pokermath:: API.
+#pragma once
+
+#include "pokermath/cards.h"
+#include "pokermath/eval.h"
+#include "pokermath/support.h"

@@ -1,0 +1,64 @@
+// Portable platform layer: the string aliases the classic API is written in, the message channel
+// that stands in for message boxes, a millisecond tick counter, file helpers and the library's
+// error type.
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <stdexcept>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// Wide strings in the classic signatures, under the names those signatures use.
+using CString = std::wstring;
+using CStringArray = std::vector<std::wstring>;
+
+// Shows a message to the user. The classic API reports missing or damaged data files this way.
+// The text goes to the handler installed with SetMessageHandler; by default it is written to
+// stderr followed by a newline.
+void ShowMessage(const CString& text);
+
+// Installs the handler that receives every ShowMessage text and returns the previous one.
+// An empty handler restores the default (stderr). Not synchronised: install it before starting
+// threads that may report.
+using MessageHandler = std::function<void(const CString&)>;
+MessageHandler SetMessageHandler(MessageHandler handler);
+
+// Milliseconds from a monotonic clock, wrapping at 2^32 like the tick counter it replaces.
+// Only differences between two readings are meaningful.
+uint32_t GetTickCount();
+
+namespace pokermath {
+
+// The error thrown by the pokermath:: API for bad input; the message names the bad input.
+class Error : public std::invalid_argument {
+ public:
+  using std::invalid_argument::invalid_argument;
+};
+
+// The library version, "major.minor.patch".
+std::string_view version();
+
+// UTF-8 <-> wide conversions used at the edges (paths, messages, CLI output). Invalid UTF-8
+// bytes become U+FFFD; they never throw.
+std::wstring widen(std::string_view utf8);
+std::string narrow(std::wstring_view wide);
+
+// A filesystem path from a wide path, through UTF-8 whatever the C locale is.
+std::filesystem::path to_path(const std::wstring& path);
+
+// True when a file (not a directory) exists at the wide path.
+bool file_exists(const std::wstring& path);
+
+// The size of the file in bytes, or -1 when it cannot be read.
+int64_t file_size(const std::wstring& path);
+
+// Reads a whole file into bytes; returns false (and leaves `bytes` empty) when it cannot.
+bool read_file(const std::wstring& path, std::vector<char>& bytes);
+
+// Writes bytes to a file, replacing it; returns false when the file cannot be written completely.
+bool write_file(const std::wstring& path, const void* data, size_t size);
+
+}  // namespace pokermath

@@ -1,0 +1,47 @@
+#include <filesystem>
+#include <fstream>
+
+#include "pokermath/support.h"
+
+namespace pokermath {
+
+namespace fs = std::filesystem;
+
+fs::path to_path(const std::wstring& path) { return fs::path(narrow(path)); }
+
+bool file_exists(const std::wstring& path) {
+  std::error_code ec;
+  return fs::is_regular_file(to_path(path), ec);
+}
+
+int64_t file_size(const std::wstring& path) {
+  std::error_code ec;
+  const auto size = fs::file_size(to_path(path), ec);
+  return ec ? -1 : static_cast<int64_t>(size);
+}
+
+bool read_file(const std::wstring& path, std::vector<char>& bytes) {
+  bytes.clear();
+  std::ifstream in(to_path(path), std::ios::binary);
+  if (!in) return false;
+  in.seekg(0, std::ios::end);
+  const std::streamoff size = in.tellg();
+  if (size < 0) return false;
+  in.seekg(0, std::ios::beg);
+  bytes.resize(static_cast<size_t>(size));
+  if (!in.read(bytes.data(), size)) {
+    bytes.clear();
+    return false;
+  }
+  return true;
+}
+
+bool write_file(const std::wstring& path, const void* data, size_t size) {
+  std::ofstream out(to_path(path), std::ios::binary | std::ios::trunc);
+  if (!out) return false;
+  out.write(static_cast<const char*>(data), static_cast<std::streamsize>(size));
+  out.flush();
+  return static_cast<bool>(out);
+}
+
+}  // namespace pokermath

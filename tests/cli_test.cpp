@@ -1,0 +1,100 @@
+// The pokermath program as a user runs it: output, JSON, help, version and exit codes.
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+struct CliRun {
+  int exit_code = -1;
+  std::string out, err;
+};
+
+std::string slurp(const std::filesystem::path& path) {
+  std::ifstream in(path);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+CliRun run(const std::string& args) {
+  const auto dir = std::filesystem::temp_directory_path();
+  const std::string tag = std::to_string(::getpid());
+  const auto out = dir / ("pokermath_cli_out_" + tag), err = dir / ("pokermath_cli_err_" + tag);
+  const std::string command = std::string(POKERMATH_CLI) + " " + args + " >" + out.string() + " 2>" + err.string();
+  const int status = std::system(command.c_str());
+  CliRun r;
+  r.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  r.out = slurp(out);
+  r.err = slurp(err);
+  std::filesystem::remove(out);
+  std::filesystem::remove(err);
+  return r;
+}
+
+int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+TEST(Cli, EvalPrintsClassCategoryBestFiveAndWords) {
+  const CliRun r = run("eval As Ks Qs Js Ts");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out,
+            "cards:       As Ks Qs Js Ts\n"
+            "class:       1 of 7462 (1 is the strongest)\n"
+            "category:    straight flush\n"
+            "best five:   As Ks Qs Js Ts\n"
+            "description: RoyalFlush \n");
+  const CliRun seven = run("eval AhAd 7c7s 2h Kd 7h");
+  EXPECT_EQ(seven.exit_code, 0) << seven.err;
+  EXPECT_NE(seven.out.find("category:    full house\n"), std::string::npos) << seven.out;
+  EXPECT_NE(seven.out.find("best five:   7s 7h 7c Ah Ad\n"), std::string::npos) << seven.out;
+  EXPECT_NE(seven.out.find("description: full house 7 over Ace\n"), std::string::npos) << seven.out;
+}
+
+TEST(Cli, EvalJsonIsOneObject) {
+  const CliRun r = run("eval 9c,9d,5h,5s,Kc,2d --json");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out.front(), '{');
+  EXPECT_NE(r.out.find("\"category\": \"two pair\""), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"description\": \"two pair 9 5 kicker King\""), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"best_five\": ["), std::string::npos) << r.out;
+}
+
+TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"eval As As Kd Qc Jh", "duplicate card 'As' at position 2"},
+      {"eval Ax Kd Qc Jh Th", "bad card 'Ax' at position 1: suit must be one of c d h s"},
+      {"eval As Kd Qc Jh", "expected 5 to 7 cards, got 4"},
+      {"eval As Kd Qc Jh Th 9h 8h 7h", "expected 5 to 7 cards, got 8"},
+      {"eval", "cards is required"},
+      {"frobnicate", "frobnicate"},
+  };
+  for (auto [args, message] : cases) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+    EXPECT_TRUE(r.out.empty()) << args;
+  }
+}
+
+TEST(Cli, HelpAndVersion) {
+  const CliRun help = run("--help");
+  EXPECT_EQ(help.exit_code, 0);
+  EXPECT_NE(help.out.find("eval"), std::string::npos);
+  EXPECT_NE(help.out.find("Examples:"), std::string::npos);
+  const CliRun eval_help = run("eval --help");
+  EXPECT_EQ(eval_help.exit_code, 0);
+  EXPECT_NE(eval_help.out.find("--json"), std::string::npos);
+  const CliRun version = run("--version");
+  EXPECT_EQ(version.exit_code, 0);
+  EXPECT_EQ(version.out.rfind("pokermath ", 0), 0u);
+  const CliRun bare = run("");
+  EXPECT_EQ(bare.exit_code, 2);
+  EXPECT_NE(bare.err.find("eval"), std::string::npos);  // the usage, on stderr
+}
+
+}  // namespace

@@ -1,0 +1,37 @@
+// Small helpers shared by the test programs.
+#pragma once
+
+#include <cstdint>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "pokermath/pokermath.h"
+
+namespace test_util {
+
+// `count` distinct random card codes.
+inline std::vector<int> random_cards(std::mt19937& engine, int count, uint64_t dead = 0) {
+  std::vector<int> cards;
+  while (static_cast<int>(cards.size()) < count) {
+    const int c = static_cast<int>(engine() % 52);
+    if (dead & (uint64_t{1} << c)) continue;
+    dead |= uint64_t{1} << c;
+    cards.push_back(c);
+  }
+  return cards;
+}
+
+// Card codes from a text such as "AsKsQs"; for test inputs only.
+inline std::vector<int> cards(const std::string& text) { return pokermath::parse_cards(text); }
+
+inline std::string names(const std::vector<int>& cards) { return pokermath::cards_to_string(cards); }
+
+// Prime-product words of card codes.
+inline std::vector<int> words(const std::vector<int>& cards) {
+  std::vector<int> out;
+  for (int c : cards) out.push_back(static_cast<int>(pokermath::prime_word(c)));
+  return out;
+}
+
+}  // namespace test_util
