@@ -1,9 +1,11 @@
-// pokermath eval CARDS...: the class, category, best five cards and words of a 5- to 7-card hand.
+// pokermath eval CARDS... [--game G]: a hand of 5 to 7 cards on every scale its game uses.
+#include <algorithm>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
 #include "pokermath/pokermath.h"
+#include "progress.h"
 
 namespace pokermath::cli {
 
@@ -11,8 +13,12 @@ namespace {
 
 struct EvalOptions {
   std::vector<std::string> cards;
+  std::string game = "holdem";
+  std::string data_dir;
   bool json = false;
 };
+
+using Json = nlohmann::ordered_json;
 
 std::vector<std::string> card_names(std::span<const int> cards) {
   std::vector<std::string> names;
@@ -20,37 +26,118 @@ std::vector<std::string> card_names(std::span<const int> cards) {
   return names;
 }
 
-void run_eval(const EvalOptions& options) {
-  const std::vector<int> cards = parse_cards(options.cards);
-  const HandEvaluation hand = evaluate_hand(cards);
-  if (options.json) {
-    const nlohmann::ordered_json out = {{"cards", card_names(cards)},
-                                        {"class", hand.hand_class},
-                                        {"category", std::string(category_name(hand.category))},
-                                        {"best_five", card_names(hand.best_five)},
-                                        {"description", hand.description}};
+// Prints "name: value" lines with the values aligned, or the same pairs as one JSON object whose
+// keys are the names in snake_case ("best five" -> "best_five").
+void print(const Json& fields, bool json) {
+  if (json) {
+    Json out;
+    for (const auto& [name, value] : fields.items()) {
+      std::string key = name;
+      std::replace(key.begin(), key.end(), ' ', '_');
+      out[key] = value;
+    }
     std::cout << out.dump(2) << "\n";
     return;
   }
-  std::cout << "cards:       " << cards_to_string(cards) << "\n"
-            << "class:       " << hand.hand_class << " of 7462 (1 is the strongest)\n"
-            << "category:    " << category_name(hand.category) << "\n"
-            << "best five:   " << cards_to_string(hand.best_five) << "\n"
-            << "description: " << hand.description << "\n";
+  for (const auto& [name, value] : fields.items()) {
+    std::string text = value.is_string() ? value.get<std::string>() : value.dump();
+    if (value.is_array()) {
+      text.clear();
+      for (const auto& item : value) text += (text.empty() ? "" : " ") + item.get<std::string>();
+    }
+    std::cout << name << ":" << std::string(name.size() < 15 ? 15 - name.size() : 1, ' ') << text << "\n";
+  }
+}
+
+Json holdem(const std::vector<int>& cards, bool json) {
+  const HandEvaluation hand = evaluate_hand(cards);
+  Json out = {{"cards", card_names(cards)},
+              {"category", std::string(category_name(hand.category))},
+              {"best five", card_names(hand.best_five)},
+              {"description", hand.description}};
+  if (json) {
+    out["class"] = hand.hand_class;
+    out["value"] = 7463 - hand.hand_class;
+    out["category value"] = category_scale_value(hand.hand_class);
+  } else {
+    out["class"] = std::to_string(hand.hand_class) + " of 7462 (five-card class, 1 is the strongest)";
+    out["value"] = std::to_string(7463 - hand.hand_class) + " of 7462 (state machines, larger is stronger)";
+    out["category value"] = std::to_string(category_scale_value(hand.hand_class)) +
+                            " (seven-card table: 4096 x category + place in category)";
+  }
+  return out;
+}
+
+Json short_deck(const std::vector<int>& cards, ShortDeckRules rules, const EvalOptions& options) {
+  const std::filesystem::path dir =
+      options.data_dir.empty() ? default_data_directory() : std::filesystem::path(options.data_dir);
+  const ShortDeckEvaluation hand = evaluate_short_deck(cards, rules, dir, stderr_progress());
+  Json out = {{"cards", card_names(cards)}, {"category", hand.category}};
+  const bool china = rules == ShortDeckRules::China;
+  if (options.json) {
+    out["value"] = hand.value;
+    if (!china) out["value 52"] = hand.value52;
+  } else {
+    out["value"] =
+        std::to_string(hand.value) + " of 1404 (" + (china ? "China" : "short-deck") + " order, larger is stronger)";
+    if (!china) out["value 52"] = std::to_string(hand.value52) + " of 7462 (short deck on the 52-card scale)";
+  }
+  return out;
+}
+
+Json deuce_to_seven(const std::vector<int>& cards, bool json) {
+  const int value = evaluate_deuce_to_seven(cards);
+  Json out = {{"cards", card_names(cards)}};
+  if (json)
+    out["value"] = value;
+  else
+    out["value"] = std::to_string(value) + " of 7462 (deuce-to-seven, smaller is the better low; 1 = 7-5-4-3-2)";
+  return out;
+}
+
+void run_eval(const EvalOptions& options) {
+  const std::vector<int> cards = parse_cards(options.cards);
+  Json out;
+  if (options.game == "holdem")
+    out = holdem(cards, options.json);
+  else if (options.game == "shortdeck")
+    out = short_deck(cards, ShortDeckRules::Standard, options);
+  else if (options.game == "china")
+    out = short_deck(cards, ShortDeckRules::China, options);
+  else
+    out = deuce_to_seven(cards, options.json);
+  if (options.json) {
+    Json with_game = {{"game", options.game}};
+    with_game.update(out);
+    out = with_game;
+  }
+  print(out, options.json);
 }
 
 }  // namespace
 
 void add_eval_command(CLI::App& app) {
   auto options = std::make_shared<EvalOptions>();
-  CLI::App* eval = app.add_subcommand("eval", "Evaluate a Hold'em hand of 5 to 7 cards");
+  CLI::App* eval = app.add_subcommand("eval", "Evaluate a hand of 5 to 7 cards");
   eval->footer(
-      "Prints the five-card class (1 = royal flush .. 7462 = 7-5-4-3-2 offsuit), the category,\n"
-      "the best five cards and the hand in words.\n\n"
+      "Games:\n"
+      "  holdem     the five-card class (1 = royal flush .. 7462 = 7-5-4-3-2 offsuit), the category,\n"
+      "             the best five cards, the hand in words, and its values on the state-machine and\n"
+      "             seven-card-table scales\n"
+      "  shortdeck  36 cards (6 to A): A-6-7-8-9 is the lowest straight, three of a kind beats a\n"
+      "             straight and a flush beats a full house; value 1..1404\n"
+      "  china      short deck where a straight beats three of a kind\n"
+      "  lowball27  deuce-to-seven: exactly five cards, the ace high only, smaller is better\n"
+      "The short-deck tables are generated in the data directory on first use.\n\n"
       "Examples:\n"
       "  pokermath eval As Ks Qs Js Ts\n"
-      "  pokermath eval AhKh QhJh9c 2d 3s --json");
+      "  pokermath eval AhKh QhJh9c 2d 3s --json\n"
+      "  pokermath eval --game shortdeck Ah 6d 7c 8s 9h\n"
+      "  pokermath eval --game lowball27 7c 5d 4h 3s 2c");
   eval->add_option("cards", options->cards, "5 to 7 cards, e.g. As Ks Qs Js Ts or AsKsQsJsTs")->required();
+  eval->add_option("--game", options->game, "holdem (default), shortdeck, china or lowball27")
+      ->check(CLI::IsMember({"holdem", "shortdeck", "china", "lowball27"}));
+  eval->add_option("--data-dir", options->data_dir, "Where the tables are kept (default: the data directory)");
   eval->add_flag("--json", options->json, "Print one JSON object");
   eval->callback([options] { run_eval(*options); });
 }

@@ -25,6 +25,28 @@ void order_for_display(std::array<int, 5>& cards, int hand_class) {
 
 }  // namespace
 
+namespace {
+
+void check_count(std::span<const int> cards, int low, int high) {
+  const int n = static_cast<int>(cards.size());
+  if (n < low || n > high) {
+    const std::string range = low == high ? std::to_string(low) : std::to_string(low) + " to " + std::to_string(high);
+    throw Error("expected " + range + " cards, got " + std::to_string(n));
+  }
+  cards_to_mask(cards);  // throws for codes outside 0..51 and repeated cards
+}
+
+std::string short_deck_category(int number, ShortDeckRules rules) {
+  static constexpr const char* kNames[] = {"invalid",        "high card",       "one pair",   "two pair",
+                                           "straight",       "three of a kind", "full house", "flush",
+                                           "four of a kind", "straight flush",  "royal flush"};
+  // The China order swaps the places of the straight and three of a kind.
+  if (rules == ShortDeckRules::China && (number == 4 || number == 5)) return kNames[9 - number];
+  return kNames[number];
+}
+
+}  // namespace
+
 Category category_of_class(int hand_class) {
   if (hand_class < 1 || hand_class > 7462)
     throw Error("bad hand class " + std::to_string(hand_class) + ": must be 1..7462");
@@ -53,9 +75,8 @@ std::string_view category_name(Category category) {
 }
 
 HandEvaluation evaluate_hand(std::span<const int> cards) {
+  check_count(cards, 5, 7);
   const int n = static_cast<int>(cards.size());
-  if (n < 5 || n > 7) throw Error("expected 5 to 7 cards, got " + std::to_string(n));
-  cards_to_mask(cards);  // throws for codes outside 0..51 and repeated cards
 
   HandEvaluation result;
   result.hand_class = 9999;
@@ -84,6 +105,45 @@ HandEvaluation evaluate_hand(std::span<const int> cards) {
   deck.SetValueCombination(logic);
   result.description = narrow(deck.display().substr(16));
   return result;
+}
+
+ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules,
+                                        const std::filesystem::path& data_dir, const TableProgress& progress) {
+  check_count(cards, 5, 7);
+  for (size_t i = 0; i < cards.size(); ++i)
+    if (short_deck_code(cards[i]) < 0)
+      throw Error("card '" + card_to_string(cards[i]) + "' at position " + std::to_string(i + 1) +
+                  " is not in the short deck (36 cards, 6 to A)");
+  load_table(TableFile::SixPlus5, data_dir, progress);
+  load_table(TableFile::SixPlus7, data_dir, progress);
+
+  const int n = static_cast<int>(cards.size());
+  ShortDeckEvaluation result;
+  if (rules == ShortDeckRules::China) {
+    result.value = eval_rank_6China(cards.data(), n - 2);
+    result.category_number = Get_rank36China(result.value);
+  } else {
+    result.value = n == 5   ? eval_rank5_via_fsm5(cards.data())
+                   : n == 6 ? eval_rank6_via_fsm5(cards.data())
+                            : eval_rank7_via_fsm7(cards.data());
+    result.category_number = Get_rank36(result.value);
+    // The 52-card scale: the best five-card subset, as eval_7hand6PlusFsm5 takes it for seven cards.
+    for (int a = 0; a < n; ++a)
+      for (int b = a + 1; b < n; ++b)
+        for (int c = b + 1; c < n; ++c)
+          for (int d = c + 1; d < n; ++d)
+            for (int e = d + 1; e < n; ++e) {
+              const int five[5] = {cards[a], cards[b], cards[c], cards[d], cards[e]};
+              result.value52 = std::max(result.value52, LookupHoldem6PlusFsm5(five));
+            }
+  }
+  result.category = short_deck_category(result.category_number, rules);
+  return result;
+}
+
+int evaluate_deuce_to_seven(std::span<const int> cards) {
+  check_count(cards, 5, 5);
+  return Lookup27Lowball(cards.data());
 }
 
 }  // namespace pokermath

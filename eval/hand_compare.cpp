@@ -3,6 +3,7 @@
 // showdowns.
 #include <algorithm>
 
+#include "eval/straight.h"
 #include "pokermath/eval.h"
 
 void PokerLogic::sortHand(std::vector<int>& cards, std::vector<int>& ranks, std::vector<int>& suits,
@@ -19,24 +20,8 @@ void PokerLogic::sortHand(std::vector<int>& cards, std::vector<int>& ranks, std:
 }
 
 int PokerLogic::isStraight(const std::vector<int>& ranks) const {
-  const int n = static_cast<int>(ranks.size());
-  if (n < 5) return -1;
-  int run = 0, top = -1;
-  for (int i = 0; i + 1 < n; ++i) {
-    if (run == 4) return top;
-    const int step = ranks[i] - ranks[i + 1];
-    if (step == 0) continue;  // a repeated rank neither lengthens nor breaks the run
-    if (step == 1) {
-      if (run == 0) top = ranks[i];
-      ++run;
-    } else {
-      run = 0;
-      top = -1;
-    }
-  }
-  // The wheel: a 5-4-3-2 run at the end of the list and an ace at its start.
-  if (run == 3 && top == 3 && ranks[n - 1] == 0 && ranks[0] == 12) run = 4;
-  return run == 4 ? top : -1;
+  if (ranks.size() < 5) return -1;
+  return pokermath::detail::straight_top(ranks.data(), static_cast<int>(ranks.size()), 3, 0);
 }
 
 namespace {

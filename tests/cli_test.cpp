@@ -42,16 +42,18 @@ TEST(Cli, EvalPrintsClassCategoryBestFiveAndWords) {
   const CliRun r = run("eval As Ks Qs Js Ts");
   EXPECT_EQ(r.exit_code, 0) << r.err;
   EXPECT_EQ(r.out,
-            "cards:       As Ks Qs Js Ts\n"
-            "class:       1 of 7462 (1 is the strongest)\n"
-            "category:    straight flush\n"
-            "best five:   As Ks Qs Js Ts\n"
-            "description: RoyalFlush \n");
+            "cards:          As Ks Qs Js Ts\n"
+            "category:       straight flush\n"
+            "best five:      As Ks Qs Js Ts\n"
+            "description:    RoyalFlush \n"
+            "class:          1 of 7462 (five-card class, 1 is the strongest)\n"
+            "value:          7462 of 7462 (state machines, larger is stronger)\n"
+            "category value: 36874 (seven-card table: 4096 x category + place in category)\n");
   const CliRun seven = run("eval AhAd 7c7s 2h Kd 7h");
   EXPECT_EQ(seven.exit_code, 0) << seven.err;
-  EXPECT_NE(seven.out.find("category:    full house\n"), std::string::npos) << seven.out;
-  EXPECT_NE(seven.out.find("best five:   7s 7h 7c Ah Ad\n"), std::string::npos) << seven.out;
-  EXPECT_NE(seven.out.find("description: full house 7 over Ace\n"), std::string::npos) << seven.out;
+  EXPECT_NE(seven.out.find("category:       full house\n"), std::string::npos) << seven.out;
+  EXPECT_NE(seven.out.find("best five:      7s 7h 7c Ah Ad\n"), std::string::npos) << seven.out;
+  EXPECT_NE(seven.out.find("description:    full house 7 over Ace\n"), std::string::npos) << seven.out;
 }
 
 TEST(Cli, EvalJsonIsOneObject) {
@@ -79,6 +81,46 @@ TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
     EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
     EXPECT_TRUE(r.out.empty()) << args;
   }
+}
+
+TEST(Cli, EvalOtherGames) {
+  const std::string dir =
+      (std::filesystem::temp_directory_path() / ("pokermath_cli_tables_" + std::to_string(::getpid()))).string();
+  const CliRun short_deck = run("eval --game shortdeck Ah 6d 7c 8s 9h --data-dir " + dir + " --json");
+  EXPECT_EQ(short_deck.exit_code, 0) << short_deck.err;
+  EXPECT_NE(short_deck.out.find("\"category\": \"straight\""), std::string::npos) << short_deck.out;
+  EXPECT_NE(short_deck.out.find("\"value_52\": 4996"), std::string::npos) << short_deck.out;
+  const CliRun china = run("eval --game china Ah 6d 7c 8s 9h 9d 9c --data-dir " + dir + " --json");
+  EXPECT_NE(china.out.find("\"value\": 1129"), std::string::npos) << china.out;
+  const CliRun lowball = run("eval --game lowball27 Ac 5d 4h 3s 2c --json");
+  EXPECT_NE(lowball.out.find("\"value\": 785"), std::string::npos) << lowball.out;
+  const std::pair<std::string, const char*> bad[] = {
+      {"eval --game shortdeck 5h 6d 7c 8s 9h --data-dir " + dir, "card '5h' at position 1 is not in the short deck"},
+      {"eval --game lowball27 7c 5d 4h 3s 2c 9d", "expected 5 cards, got 6"},
+      {"eval --game omaha 7c 5d 4h 3s 2c", "--game"},
+  };
+  for (const auto& [args, message] : bad) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+  }
+  std::filesystem::remove_all(dir);
+}
+
+TEST(Cli, TablesWritesOnlyWhatIsMissing) {
+  const std::string dir =
+      (std::filesystem::temp_directory_path() / ("pokermath_cli_gen_" + std::to_string(::getpid()))).string();
+  const CliRun first = run("tables --dir " + dir + " --only six-plus-5.bin");
+  EXPECT_EQ(first.exit_code, 0) << first.err;
+  EXPECT_NE(first.out.find("six-plus-5.bin: 248720 bytes, generated"), std::string::npos) << first.out;
+  EXPECT_NE(first.err.find("pokermath: six-plus-5.bin:"), std::string::npos) << first.err;  // progress
+  const CliRun again = run("tables --dir " + dir + " --only six-plus-5.bin --json");
+  EXPECT_NE(again.out.find("\"generated\": false"), std::string::npos) << again.out;
+  const CliRun bad = run("tables --dir " + dir + " --only omaha.bin");
+  EXPECT_EQ(bad.exit_code, 2);
+  EXPECT_NE(bad.err.find("unknown table 'omaha.bin'"), std::string::npos) << bad.err;
+  std::filesystem::remove_all(dir);
 }
 
 TEST(Cli, HelpAndVersion) {

@@ -9,6 +9,8 @@
 
 #include <array>
 #include <cstdint>
+#include <filesystem>
+#include <functional>
 #include <span>
 #include <string>
 #include <string_view>
@@ -35,13 +37,44 @@ int bsearch(const int* array, int low, int high, int key);
 
 // ---- PokerLogic ----------------------------------------------------------------------------------
 
-// The central object of the classic engines. It holds the prime-product card words and the
-// helpers of the hand comparison. Create one and keep it.
+// The seven-card lookup table's file name, and that of the pre-flop table.
+inline constexpr const wchar_t* kSevenCardTableFile = L"OrvalisHR.dat";
+inline constexpr const wchar_t* kPreFlopTableFile = L"OrvalisPC.dat";
+
+// The central object of the classic engines: the prime-product card words, the seven-card lookup
+// table and its generator, and the helpers of the hand comparison. Create one and keep it; it is
+// cheap to construct (the 130 MB table is allocated by generate_table).
 class PokerLogic {
  public:
-  CPokerDeck m_deck;  // prime-product card words by card code
+  static constexpr int kMaxIDs = 612978;          // identifiers the generator can hold
+  static constexpr int kTableEntries = 32487834;  // entries of the seven-card table (OrvalisHR.dat)
 
-  PokerLogic() = default;
+  CPokerDeck m_deck;            // prime-product card words by card code
+  std::vector<uint64_t> m_IDs;  // sorted hand identifiers of the generator (612,978 zeros at first)
+  std::vector<uint32_t, pokermath::TableAllocator<uint32_t>> m_HR;  // the seven-card table; zeros until
+                                                                    // generate_table fills it
+  int m_numIDs = 1;                                                 // identifiers in use
+  int m_numcards = 0;                                               // cards in the identifier the last MakeID built
+  int m_currentSlot = 0;                                            // the last table index the generator wrote
+  uint64_t m_maxID = 0;                                             // the largest identifier stored so far
+
+  PokerLogic();
+
+  // Loads the seven-card table from the file at path when it exists with exactly 129,951,336
+  // bytes; otherwise generates it and writes the file. 0 = success, 1 = the file could not be
+  // written (the table is still generated in memory).
+  int generate_table(CString path);
+  // The identifier of ID plus card (one-based rank-major code 1..52); 0 for a card already in it or
+  // a fifth card of a rank. Sets m_numcards.
+  uint64_t MakeID(uint64_t ID, int card);
+  // The index of ID in m_IDs, inserting it in order when new; 0 for ID 0.
+  int SaveID(uint64_t ID);
+  // The category-scale value (larger is stronger) of the identifier's best five cards; 0 for ID 0.
+  int DoEval(uint64_t ID);
+  // Category-scale value of seven one-based rank-major codes (1..52), in ascending order.
+  int LookupHand(const int* cards) const;
+  // Category-scale value of seven card codes in any order.
+  int LookupSingleHands(const int* cards) const;
 
   // Class (1..7462, smaller is stronger) of five card codes, through the perfect hash.
   int eval_5handHoldem(const int* cards) const;
@@ -61,6 +94,82 @@ class PokerLogic {
   // A-K-Q-J-T-9 of one suit is deliberately not reported here (it is valued as a straight flush).
   int isRoyalFlush(const std::vector<int>& ranks, const std::vector<int>& suits, int suitCount[4]) const;
 };
+
+// ---- state-machine evaluators (values 1..7462 or 1..1404, LARGER is stronger) ---------------------
+
+// Process-wide short-deck tables: five and seven cards of the 36-card deck.
+class fsm5 {
+ public:
+  virtual ~fsm5() = default;
+  static int* six_plus_fsm5;  // "six-plus-5.bin" once loaded
+  static int* six_plus_fsm7;  // "six-plus-7.bin" once loaded
+  // Load the table from the current directory unless it is in memory: 1 = in memory, 0 = failed
+  // (a missing file is reported with ShowMessage; the next call tries again).
+  static int load_fsm5();
+  static int load_fsm7();
+  // Releases both short-deck tables.
+  static void Free();
+};
+
+// The process-wide Hold'em seven-card table ("texas-7.bin").
+class texasfsm7 {
+ public:
+  virtual ~texasfsm7() = default;
+  static int* table;
+};
+
+// The process-wide Omaha table ("omaha-7.bin"): five board cards, then two hole cards.
+class ofsm_omaha7 {
+ public:
+  virtual ~ofsm_omaha7() = default;
+  static int* table;
+};
+
+// Load "texas-7.bin" / "omaha-7.bin" from the current directory unless in memory: 1 or 0.
+int load_texasfsm7();
+int load_ofsm_omaha7();
+
+// Value (1..7462) of five card codes on the built-in five-card machine.
+int LookupFsm5(const int* cards);
+// Best value over the 60 choices of two of four hole cards and three of five board cards.
+int get_rank7(const int* hole, const int* board);
+// Sets name to the category of a 52-card value ("Royal Flush", "straight flush", ..., "Error");
+// returns 1.
+int verify_rankFsm5(int value, CString& name);
+// Category number of a 52-card value: 10 royal flush .. 1 high card, 0 below 1.
+int Get_rankFsm5(int value);
+// Value of seven card codes from "texas-7.bin"; 0 when a code is outside 0..51. Load it first.
+int eval_rank7_texas(const int* cards);
+// Best value over every pair of `count` (2 to 6) hole cards with the five board cards, from
+// "omaha-7.bin"; 0 for another count.
+int eval_rank7_via_ofsm7(const int* hole, int count, const int* board);
+// Short-deck values (1..1404) from "six-plus-5.bin"/"six-plus-7.bin"; 0 when a card is a 2 to 5.
+int eval_rank5_via_fsm5(const int* cards);
+int eval_rank6_via_fsm5(const int* cards);  // the largest over the six five-card subsets
+int eval_rank7_via_fsm7(const int* cards);
+
+// ---- short deck, China and 2-7 lowball -----------------------------------------------------------------
+
+// Category number of a short-deck value: 10 royal flush, 9 straight flush, 8 quads, 7 flush, 6 full
+// house, 5 three of a kind, 4 straight, 3 two pair, 2 one pair, 1 high card, 0 invalid.
+int Get_rank36(int value);
+// The same for China values, where a straight (5) beats three of a kind (4).
+int Get_rank36China(int value);
+// Short-deck value of five card codes on the 52-card scale (1..7462, larger is stronger), in the
+// short-deck order; -1 when a card is a 2 to 5.
+int LookupHoldem6PlusFsm5(const int* cards);
+// The largest LookupHoldem6PlusFsm5 over the 21 five-card subsets of seven cards (0 if none is valid).
+int eval_7hand6PlusFsm5(const int* cards);
+// Category number of a short-deck value on the 52-card scale (numbers as Get_rank36).
+int Get_rankHoldem6PlusFsm5(int value);
+// China value (1..1404, larger is stronger) of two hole cards followed by 3, 4 or 5 board cards;
+// 0 for another board count. Needs the short-deck tables loaded.
+int eval_rank_6China(const int* cards, int boardCount);
+// eval_rank_6China of the two hole cards and the board.
+int getCombination6PlusChinaCommon(const int* hole, const int* board, int boardCount);
+// Deuce-to-seven value of five card codes: SMALLER is the better low (1 = 7-5-4-3-2 offsuit); the
+// ace is high only, so A-5-4-3-2 is no straight.
+int Lookup27Lowball(const int* cards);
 
 // ---- showdown comparisons (CDeck values, larger is stronger) ------------------------------------------
 
@@ -88,11 +197,46 @@ enum class Category {
   StraightFlush
 };
 
+// The category-scale value of a five-card class: 4096 * category + position within the category,
+// LARGER is stronger (4097 = 7-5-4-3-2 offsuit .. 36874 = royal flush). No range check.
+int category_scale_value(int hand_class);
+
 // The category of a five-card class (1..7462, smaller is stronger); throws Error outside 1..7462.
 Category category_of_class(int hand_class);
 
 // "high card", "one pair", ..., "straight flush".
 std::string_view category_name(Category category);
+
+// ---- table files -------------------------------------------------------------------------------
+
+// The table files the library generates: four state machines and the seven-card lookup table.
+enum class TableFile { Texas7, Omaha7, SixPlus5, SixPlus7, SevenCardLookup };
+
+// Every table file, in the order `pokermath tables` writes them.
+std::vector<TableFile> all_table_files();
+// "texas-7.bin", "omaha-7.bin", "six-plus-5.bin", "six-plus-7.bin", "OrvalisHR.dat".
+std::string_view table_file_name(TableFile file);
+// The table file with that name; throws Error naming the known files otherwise.
+TableFile table_file_from_name(std::string_view name);
+
+// The data directory: $POKERMATH_DATA_DIR, else $XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.
+std::filesystem::path default_data_directory();
+
+// True when `dir` holds the file with the right header and size.
+bool table_file_valid(const std::filesystem::path& dir, TableFile file);
+
+// Progress of a long table job: the file, a stage and a fraction 0..1.
+using TableProgress = std::function<void(std::string_view file, std::string_view stage, double fraction)>;
+
+// Writes the file into `dir` (created if needed) unless it is already valid there and `force` is
+// false. Returns true when it was written. Throws Error when the file cannot be written.
+bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool force = false,
+                         const TableProgress& progress = {});
+
+// Makes a state-machine table available to the classic evaluators (texasfsm7::table, ...): loads it
+// from `dir`, generating it there first when missing or damaged. Does nothing when it is already in
+// memory. Throws Error for SevenCardLookup (PokerLogic::generate_table loads that one) or on failure.
+void load_table(TableFile file, const std::filesystem::path& dir, const TableProgress& progress = {});
 
 // A hand of five to seven cards, evaluated.
 struct HandEvaluation {
@@ -105,5 +249,27 @@ struct HandEvaluation {
 // Evaluates 5, 6 or 7 distinct card codes. Throws Error for another count, a code outside 0..51
 // or a repeated card.
 HandEvaluation evaluate_hand(std::span<const int> cards);
+
+// Short-deck rule sets: the standard order, and the China order where a straight beats three of
+// a kind.
+enum class ShortDeckRules { Standard, China };
+
+// A short-deck hand of five to seven cards, evaluated.
+struct ShortDeckEvaluation {
+  int value = 0;            // short-deck scale 1..1404, LARGER is stronger (in the rules' order)
+  int category_number = 0;  // Get_rank36 / Get_rank36China: 10 royal flush .. 1 high card
+  std::string category;     // "royal flush", "straight flush", ..., "high card"
+  int value52 = 0;          // Standard only: the value on the 52-card scale (1..7462, larger is stronger)
+};
+
+// Evaluates 5, 6 or 7 distinct short-deck cards (6 to A). The short-deck tables are loaded from
+// `data_dir`, generated there first when missing. Throws Error for a card below six, another count
+// or a repeated card.
+ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules,
+                                        const std::filesystem::path& data_dir, const TableProgress& progress = {});
+
+// Deuce-to-seven value of exactly five distinct cards: 1 (7-5-4-3-2) .. 7462, SMALLER is the better
+// low. Throws Error for another count or a repeated card.
+int evaluate_deuce_to_seven(std::span<const int> cards);
 
 }  // namespace pokermath

@@ -41,6 +41,26 @@ class Error : public std::invalid_argument {
 // The library version, "major.minor.patch".
 std::string_view version();
 
+// Memory for large look-up tables: 2 MB aligned and advised to use huge pages, so that random
+// look-ups into tables of hundreds of megabytes do not miss the TLB on every read.
+void* allocate_table_memory(size_t bytes);
+void free_table_memory(void* memory);
+
+// An allocator for std::vector over allocate_table_memory.
+template <typename T>
+struct TableAllocator {
+  using value_type = T;
+  TableAllocator() = default;
+  template <typename U>
+  TableAllocator(const TableAllocator<U>&) {}
+  T* allocate(size_t n) { return static_cast<T*>(allocate_table_memory(n * sizeof(T))); }
+  void deallocate(T* p, size_t) { free_table_memory(p); }
+  template <typename U>
+  bool operator==(const TableAllocator<U>&) const {
+    return true;
+  }
+};
+
 // UTF-8 <-> wide conversions used at the edges (paths, messages, CLI output). Invalid UTF-8
 // bytes become U+FFFD; they never throw.
 std::wstring widen(std::string_view utf8);

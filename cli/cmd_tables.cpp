@@ -1,0 +1,65 @@
+// pokermath tables: generates the table files into the data directory.
+#include <chrono>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "pokermath/pokermath.h"
+#include "progress.h"
+
+namespace pokermath::cli {
+
+namespace {
+
+struct TablesOptions {
+  std::string dir;
+  std::vector<std::string> only;
+  bool force = false;
+  bool json = false;
+};
+
+void run_tables(const TablesOptions& options) {
+  const std::filesystem::path dir = options.dir.empty() ? default_data_directory() : std::filesystem::path(options.dir);
+  std::vector<TableFile> files;
+  for (const std::string& name : options.only) files.push_back(table_file_from_name(name));
+  if (files.empty()) files = all_table_files();
+
+  nlohmann::ordered_json report = nlohmann::ordered_json::array();
+  const TableProgress progress = options.json ? TableProgress{} : stderr_progress();
+  for (TableFile file : files) {
+    const auto start = std::chrono::steady_clock::now();
+    const bool written = generate_table_file(dir, file, options.force, progress);
+    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+    const std::filesystem::path path = dir / std::string(table_file_name(file));
+    const auto bytes = std::filesystem::file_size(path);
+    if (options.json) {
+      report.push_back({{"file", path.string()}, {"bytes", bytes}, {"generated", written}, {"seconds", seconds}});
+      continue;
+    }
+    std::cout << path.string() << ": " << bytes << " bytes, "
+              << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s" : "already present") << "\n";
+  }
+  if (options.json) std::cout << report.dump(2) << "\n";
+}
+
+}  // namespace
+
+void add_tables_command(CLI::App& app) {
+  auto options = std::make_shared<TablesOptions>();
+  CLI::App* tables = app.add_subcommand("tables", "Generate the lookup tables into the data directory");
+  tables->footer(
+      "Writes the state-machine tables texas-7.bin, omaha-7.bin, six-plus-5.bin and six-plus-7.bin\n"
+      "and the seven-card lookup table OrvalisHR.dat. Files already present and valid are kept\n"
+      "unless --force. The data directory is --dir, else $POKERMATH_DATA_DIR, else\n"
+      "$XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.\n\n"
+      "Examples:\n"
+      "  pokermath tables\n"
+      "  pokermath tables --dir ./data --only texas-7.bin --only omaha-7.bin");
+  tables->add_option("--dir", options->dir, "Directory to write the tables into");
+  tables->add_option("--only", options->only, "Only this table (repeatable): texas-7.bin, omaha-7.bin, ...");
+  tables->add_flag("--force", options->force, "Regenerate files that are already present");
+  tables->add_flag("--json", options->json, "Print the files written as JSON");
+  tables->callback([options] { run_tables(*options); });
+}
+
+}  // namespace pokermath::cli

@@ -1,0 +1,121 @@
+// The Omaha state machine and the built-in five-card machine's Omaha search, against a brute force
+// over the two-plus-three combinations.
+#include <omp.h>
+
+#include <atomic>
+
+#include "tables_fixture.h"
+#include "test_util.h"
+
+namespace {
+
+int ascending(int a, int b, int c, int d, int e) {
+  using pokermath::prime_word;
+  return 7463 - eval_5hand_fast(static_cast<int>(prime_word(a)), static_cast<int>(prime_word(b)),
+                                static_cast<int>(prime_word(c)), static_cast<int>(prime_word(d)),
+                                static_cast<int>(prime_word(e)));
+}
+
+// Best value of exactly two of the hole cards with exactly three of the five board cards.
+int brute_force(const int* hole, int holes, const int* board) {
+  int best = 0;
+  for (int i = 0; i < holes; ++i)
+    for (int j = i + 1; j < holes; ++j)
+      for (int k = 0; k < 5; ++k)
+        for (int l = k + 1; l < 5; ++l)
+          for (int m = l + 1; m < 5; ++m)
+            best = std::max(best, ascending(hole[i], hole[j], board[k], board[l], board[m]));
+  return best;
+}
+
+class OmahaMachine : public testing::Test {
+ protected:
+  static void SetUpTestSuite() { tables_fixture::load_state_machines(); }
+};
+
+TEST_F(OmahaMachine, EveryBoardForASampleOfHolePairs) {
+  // Pairs chosen to cover suited, offsuit, paired and connected holdings.
+  const char* pairs[] = {"AsKs", "7h7d", "5c4c", "Qd2h"};
+  for (const char* text : pairs) {
+    if (test_util::kSanitized && text != pairs[0]) break;
+    const std::vector<int> hole = test_util::cards(text);
+    std::vector<int> rest;
+    for (int c = 0; c < 52; ++c)
+      if (c != hole[0] && c != hole[1]) rest.push_back(c);
+    std::atomic<int64_t> boards{0}, mismatches{0};
+#pragma omp parallel for schedule(dynamic, 1)
+    for (int a = 0; a < 46; ++a) {
+      int board[5];
+      board[0] = rest[a];
+      for (int b = a + 1; b < 47; ++b)
+        for (int c = b + 1; c < 48; ++c)
+          for (int d = c + 1; d < 49; ++d)
+            for (int e = d + 1; e < 50; ++e) {
+              board[1] = rest[b], board[2] = rest[c], board[3] = rest[d], board[4] = rest[e];
+              ++boards;
+              if (eval_rank7_via_ofsm7(hole.data(), 2, board) != brute_force(hole.data(), 2, board)) ++mismatches;
+            }
+    }
+    EXPECT_EQ(boards.load(), 2118760) << text;
+    EXPECT_EQ(mismatches.load(), 0) << text;
+  }
+}
+
+TEST_F(OmahaMachine, TwentyMillionRandomBoardsAndPairs) {
+  std::atomic<int64_t> mismatches{0};
+  std::string first;
+#pragma omp parallel
+  {
+    std::mt19937 engine(1234 + 17 * omp_get_thread_num());
+    const int draws = static_cast<int>(test_util::sweep_size(20000000, 500000));
+    int cards[7];
+#pragma omp for
+    for (int i = 0; i < draws; ++i) {
+      test_util::random_cards(engine, 7, cards);
+      if (eval_rank7_via_ofsm7(cards, 2, cards + 2) != brute_force(cards, 2, cards + 2) && mismatches++ == 0) {
+#pragma omp critical
+        first = test_util::names(std::vector<int>(cards, cards + 7));
+      }
+    }
+  }
+  EXPECT_EQ(mismatches.load(), 0) << first;
+}
+
+TEST_F(OmahaMachine, FourFiveAndSixHoleCardsAndTheBuiltInSearch) {
+  std::mt19937 engine(99);
+  for (int holes = 4; holes <= 6; ++holes)
+    for (int i = 0; i < 100000; ++i) {
+      const std::vector<int> cards = test_util::random_cards(engine, holes + 5);
+      const int* board = cards.data() + holes;
+      const int expected = brute_force(cards.data(), holes, board);
+      ASSERT_EQ(eval_rank7_via_ofsm7(cards.data(), holes, board), expected) << test_util::names(cards);
+      if (holes == 4) {
+        ASSERT_EQ(get_rank7(cards.data(), board), expected) << test_util::names(cards);
+      }
+    }
+  const int hole[6] = {0, 1, 2, 3, 4, 5}, board[5] = {10, 11, 12, 13, 14};
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 1, board), 0);
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 7, board), 0);
+}
+
+TEST_F(OmahaMachine, OrderOfBoardAndHoleCardsDoesNotMatter) {
+  std::mt19937 engine(5);
+  for (int i = 0; i < 20000; ++i) {
+    std::vector<int> cards = test_util::random_cards(engine, 9);
+    const int value = eval_rank7_via_ofsm7(cards.data(), 4, cards.data() + 4);
+    std::shuffle(cards.begin(), cards.begin() + 4, engine);
+    std::shuffle(cards.begin() + 4, cards.end(), engine);
+    ASSERT_EQ(eval_rank7_via_ofsm7(cards.data(), 4, cards.data() + 4), value) << test_util::names(cards);
+  }
+}
+
+TEST_F(OmahaMachine, ExactlyTwoHoleCardsAndThreeBoardCards) {
+  // Four spades in the hole and none on the board: no flush. A royal board plays only with two
+  // hole cards and three of its own.
+  const std::vector<int> hole = test_util::cards("As Ks Qs Js"), board = test_util::cards("2h 3h 4d 9c Tc");
+  EXPECT_EQ(Get_rankFsm5(eval_rank7_via_ofsm7(hole.data(), 4, board.data())), 1);
+  const std::vector<int> royal_board = test_util::cards("Ah Kh Qh Jh Th"), junk = test_util::cards("2c 3d 7s 8s");
+  EXPECT_LT(eval_rank7_via_ofsm7(junk.data(), 4, royal_board.data()), 7462);
+}
+
+}  // namespace
