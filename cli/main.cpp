@@ -16,6 +16,8 @@ case: "As", "td", "10h". Several cards may be written together or apart:
 Examples:
   pokermath eval As Ks Qs Js Ts
   pokermath eval AhAd 7c7s 2h Kd --json
+  pokermath payout --bets 100,60,40 --ranks 3,7,7
+  pokermath history HH20240101.txt --from 18230
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -28,6 +30,8 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "pokermath " + std::string(pokermath::version()), "Print the version and exit");
   app.require_subcommand(1);
   pokermath::cli::add_eval_command(app);
+  pokermath::cli::add_payout_command(app);
+  pokermath::cli::add_history_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();
