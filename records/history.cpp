@@ -68,6 +68,7 @@ HistoryLines read_history(const fs::path& path, int64_t from, PartialLine partia
   std::error_code ec;
   if (!fs::exists(path, ec)) throw Error("no such file: " + name);
   if (fs::is_directory(path, ec)) throw Error(name + " is a directory, not a hand-history file");
+  if (!fs::is_regular_file(path, ec)) throw Error(name + " is not a regular file");
   if (from < 0) throw Error("position " + std::to_string(from) + " is negative");
   TextFile text;
   if (!text.open(path)) throw Error("cannot open " + name + " for reading");

@@ -114,8 +114,9 @@ std::string_view encoding_name(TextEncoding encoding) {
 
 bool TextFile::open(const std::filesystem::path& path, TextEncoding without_bom) {
   close();
+  // Byte offsets only mean something in a regular file; a device or pipe could also block or never end.
   std::error_code ec;
-  if (std::filesystem::is_directory(path, ec)) return false;
+  if (!std::filesystem::is_regular_file(path, ec)) return false;
   m_in.open(path, std::ios::binary);
   if (!m_in.is_open()) return false;
 

@@ -278,6 +278,7 @@ TEST(ReadHistory, RejectsWhatItCannotReadNamingIt) {
   };
   EXPECT_EQ(message(dir / "none.txt", 0), "no such file: '" + (dir / "none.txt").string() + "'");
   EXPECT_EQ(message(dir.path(), 0), "'" + dir.path().string() + "' is a directory, not a hand-history file");
+  EXPECT_EQ(message("/dev/zero", 0), "'/dev/zero' is not a regular file");  // would never end a line
   EXPECT_EQ(message(path, -3), "position -3 is negative");
   EXPECT_EQ(message(path, 19), "position 19 is past the end of " + name +
                                    " (18 bytes): the file was truncated or replaced; read it again from 0");

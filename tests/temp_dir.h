@@ -60,11 +60,4 @@ inline std::string utf16(const std::wstring& text, bool big_endian) {
   return out;
 }
 
-// Latin-1 bytes of a text whose characters are all below U+0100.
-inline std::string latin1(const std::wstring& text) {
-  std::string out;
-  for (wchar_t wc : text) out.push_back(static_cast<char>(wc));
-  return out;
-}
-
 }  // namespace test_util

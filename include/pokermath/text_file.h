@@ -40,7 +40,8 @@ class TextFile {
 
   // Opens the file and settles its encoding: a byte-order mark at its start decides (EF BB BF
   // UTF-8, FF FE UTF-16LE, FE FF UTF-16BE); without one, `without_bom` applies. Returns false
-  // (and stays closed) when the path is a directory or cannot be opened for reading.
+  // (and stays closed) when the path is no regular file (a directory, a device, a pipe) or cannot
+  // be opened for reading.
   bool open(const std::filesystem::path& path, TextEncoding without_bom = TextEncoding::Utf8OrNarrow);
   // Closes the file; a closed TextFile reads nothing.
   void close();
