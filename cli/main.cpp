@@ -18,6 +18,8 @@ Examples:
   pokermath eval AhAd 7c7s 2h Kd --json
   pokermath eval --game shortdeck Ah 6d 7c 8s 9h
   pokermath tables
+  pokermath payout --bets 100,60,40 --ranks 3,7,7
+  pokermath history HH20240101.txt --from 18230
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -31,6 +33,8 @@ int main(int argc, char** argv) {
   app.require_subcommand(1);
   pokermath::cli::add_eval_command(app);
   pokermath::cli::add_tables_command(app);
+  pokermath::cli::add_payout_command(app);
+  pokermath::cli::add_history_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();

@@ -7,6 +7,8 @@
 #include <fstream>
 #include <sstream>
 
+#include "temp_dir.h"
+
 namespace {
 
 struct CliRun {
@@ -137,6 +139,96 @@ TEST(Cli, HelpAndVersion) {
   const CliRun bare = run("");
   EXPECT_EQ(bare.exit_code, 2);
   EXPECT_NE(bare.err.find("eval"), std::string::npos);  // the usage, on stderr
+}
+
+TEST(CliPayout, PrintsEachPlayersWinningsAndTheSidePots) {
+  const CliRun r = run("payout --bets 100,60,40 --ranks 3,7,7");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out,
+            "player       bet      rank      wins       net\n"
+            "     1       100         3        40       -60\n"
+            "     2        60         7       100       +40\n"
+            "     3        40         7        60       +20\n"
+            "\n"
+            "main pot           120  players 1 2 3   won by 2 3 (split)\n"
+            "side pot 1          40  players 1 2     won by 2\n"
+            "side pot 2          40  players 1       returned to 1 (nobody called it)\n");
+  const CliRun spaced = run("payout --bets 100 60 40 --ranks 3 7 7");
+  EXPECT_EQ(spaced.out, r.out);
+}
+
+TEST(CliPayout, JsonListsPlayersPotsAndTotal) {
+  const CliRun r = run("payout --bets 10,10,10,1 --ranks 5,5,5,2 --json");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out.front(), '{');
+  EXPECT_NE(r.out.find("\"wins\": 11,"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"pot\": \"main pot\",\n      \"amount\": 4,"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"pot\": \"side pot 1\",\n      \"amount\": 27,"), std::string::npos) << r.out;
+  EXPECT_NE(r.out.find("\"total\": 31"), std::string::npos) << r.out;
+}
+
+TEST(CliPayout, BadInputIsOneLineAndExitCodeTwo) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"payout --bets 100,60,40 --ranks 3,7", "bets and ranks differ in length: 3 bets, 2 ranks"},
+      {"payout --bets 100,-60 --ranks 3,7", "bet -60 of player 2 is negative"},
+      {"payout --bets 100,6x --ranks 3,7", "bad bet '6x' at position 2: expected a whole number"},
+      {"payout --bets 1,2 --ranks 3,99999999999",
+       "bad rank '99999999999' at position 2: expected a whole number that fits"},
+      {"payout --bets 100,60", "--ranks is required"},
+  };
+  for (auto [args, message] : cases) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+    EXPECT_TRUE(r.out.empty()) << args;
+  }
+}
+
+TEST(CliHistory, PrintsTheNewLinesAndWhereToResume) {
+  test_util::TempDir dir;
+  const std::string file = (dir / "hh.txt").string();
+  test_util::write_bytes(file, "\xEF\xBB\xBFHand #1\r\n\r\n  Seat 1: caf\xC3\xA9  \r\nSeat 2: b");
+  const CliRun first = run("history " + file);
+  EXPECT_EQ(first.exit_code, 0) << first.err;
+  EXPECT_EQ(first.out,
+            "Hand #1\n"
+            "Seat 1: caf\xC3\xA9\n"
+            "-- 2 lines (UTF-8); resume with --from 33\n"
+            "-- the last 9 bytes are an unfinished line, held back until its line end is written\n");
+  test_util::append_bytes(file, "ob\r\n");
+  const CliRun next = run("history " + file + " --from 33 --json");
+  EXPECT_EQ(next.exit_code, 0) << next.err;
+  EXPECT_NE(next.out.find("\"position\": 46,"), std::string::npos) << next.out;
+  EXPECT_NE(next.out.find("\"encoding\": \"UTF-8\","), std::string::npos) << next.out;
+  EXPECT_NE(next.out.find("\"lines\": [\n    \"Seat 2: bob\"\n  ]"), std::string::npos) << next.out;
+  const CliRun nothing = run("history " + file + " --from 46");
+  EXPECT_EQ(nothing.out, "-- 0 lines (UTF-8); resume with --from 46\n");
+
+  const std::pair<std::string, std::string> cases[] = {
+      {"history " + file + " --from 47", "position 47 is past the end of '" + file + "' (46 bytes)"},
+      {"history " + file + " --from -1", "position -1 is negative"},
+      {"history " + (dir / "none.txt").string(), "no such file: '" + (dir / "none.txt").string() + "'"},
+      {"history", "file is required"},
+  };
+  for (const auto& [args, message] : cases) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+  }
+}
+
+TEST(CliRecords, HelpNamesTheCommandsAndTheirOptions) {
+  const CliRun help = run("--help");
+  EXPECT_NE(help.out.find("payout"), std::string::npos);
+  EXPECT_NE(help.out.find("history"), std::string::npos);
+  const CliRun payout = run("payout --help");
+  EXPECT_EQ(payout.exit_code, 0);
+  EXPECT_NE(payout.out.find("--ranks"), std::string::npos);
+  const CliRun history = run("history --help");
+  EXPECT_EQ(history.exit_code, 0);
+  EXPECT_NE(history.out.find("--include-partial"), std::string::npos);
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
 // Portable platform layer: the string aliases the classic API is written in, the message channel
-// that stands in for message boxes, a millisecond tick counter, file helpers and the library's
-// error type.
+// that stands in for message boxes, a millisecond tick counter, file helpers, the library's error
+// type and the text-file reader (text_file.h).
 #pragma once
 
 #include <cstdint>
@@ -10,6 +10,8 @@
 #include <string>
 #include <string_view>
 #include <vector>
+
+#include "pokermath/text_file.h"
 
 // Wide strings in the classic signatures, under the names those signatures use.
 using CString = std::wstring;
