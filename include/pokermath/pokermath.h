@@ -3,4 +3,5 @@
 
 #include "pokermath/cards.h"
 #include "pokermath/eval.h"
+#include "pokermath/ranges.h"
 #include "pokermath/support.h"
