@@ -8,5 +8,6 @@
 namespace pokermath::cli {
 
 void add_eval_command(CLI::App& app);
+void add_range_command(CLI::App& app);
 
 }  // namespace pokermath::cli

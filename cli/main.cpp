@@ -13,9 +13,13 @@ const char* const kFooter = R"(Cards are a rank (2-9, T or 10, J, Q, K, A) and a
 case: "As", "td", "10h". Several cards may be written together or apart:
 "AsKs", "As Ks", "As,Ks".
 
+Ranges are classes and runs such as "QQ+,AKs,A2s+,KQo" (pokermath range --help).
+
 Examples:
   pokermath eval As Ks Qs Js Ts
   pokermath eval AhAd 7c7s 2h Kd --json
+  pokermath range QQ+,AKs,AKo
+  pokermath range --top 10
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -28,6 +32,7 @@ int main(int argc, char** argv) {
   app.set_version_flag("--version", "pokermath " + std::string(pokermath::version()), "Print the version and exit");
   app.require_subcommand(1);
   pokermath::cli::add_eval_command(app);
+  pokermath::cli::add_range_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();
