@@ -160,18 +160,6 @@ TEST(SpecString, RunsPrintAsThePrintedFormSays) {
     EXPECT_EQ(of_tokens(tokens).MakeString(), expected) << pokermath::narrow(expected);
 }
 
-TEST(SpecString, MakeStrAppendsOneRun) {
-  CString out;
-  MakeStr(0, 3, 0, L"AA", L"JJ", out);
-  EXPECT_EQ(out, L"JJ+");
-  MakeStr(4, 8, 0, L"TT", L"66", out);
-  EXPECT_EQ(out, L"JJ+,TT-66");
-  MakeStr(10, 10, 0, L"44", L"44", out);
-  EXPECT_EQ(out, L"JJ+,TT-66,44");
-  MakeStr(1, 1, 1, L"AKs", L"AKs", out);
-  EXPECT_EQ(out, L"JJ+,TT-66,44,AKs");
-}
-
 TEST(SpecSuits, SuitMatrixOfAClassAndBack) {
   Spec full;
   full.MakeRandom();

@@ -203,7 +203,7 @@ namespace pokermath {
 // How a range expression reads a class written without a suffix.
 enum class RangeNotation {
   Players,  // "KQ" is KQs and KQo; "KQo" offsuit; single combinations and "random"/"any" allowed
-  Printed,  // exactly what Spec::MakeString prints: "KQ" is offsuit only; "o", combos, "any" rejected
+  Printed,  // as Spec::MakeString prints: "KQ" is offsuit only; "o", combos and "any" are refused
 };
 
 // Parses a range expression: items separated by commas or blanks - "AA", "TT+", "99-66", "AKs",
@@ -211,8 +211,9 @@ enum class RangeNotation {
 // Suffix case and blanks are free. Throws Error naming the bad item and its 1-based position.
 Spec parse_range(std::string_view text, RangeNotation notation = RangeNotation::Players);
 
-// The range string of a Spec in the players' notation (offsuit classes with "o"): what
-// parse_range reads back to the same classes. `short_deck` drops classes below "6".
+// The canonical string of a Spec in the players' notation: whole classes in runs, offsuit ones
+// with "o" ("QQ+,AKs,AKo"), a class held in part as its combinations ("7h7d"). parse_range reads
+// it back to the same combinations. `short_deck` drops classes with a card below "6".
 std::string range_to_string(const Spec& range, bool short_deck = false);
 
 // Distinct two-card combinations held (both card orders count once; invalid codes are ignored).
@@ -224,7 +225,8 @@ std::array<int, 169> range_class_counts(const Spec& range);
 // The name of class cell 0..168 ("AA", "AKs", "AKo"); throws Error outside 0..168.
 std::string hand_class_name(int cell);
 
-// The number of combinations of class cell 0..168: 6 for a pair, 4 suited, 12 offsuit.
+// The number of combinations of class cell 0..168: 6 for a pair, 4 suited, 12 offsuit; throws
+// Error outside 0..168.
 int hand_class_combos(int cell);
 
 // The built-in tables of ranges by percentage.
