@@ -70,7 +70,9 @@ Shown from_options(const RangeOptions& options) {
   shown.source = {{"table", name}, {"top", options.top}, {"key", entry.key}, {"text", entry.text}};
   shown.lines = {
       {"table", name + (options.short_deck ? " (short deck)" : "")},
-      {"entry", format("%g%%", entry.key) + " (the largest at or below " + format("%g%%", options.top) + ")"},
+      {"entry", format("%g%%", entry.key) +
+                    (entry.key <= options.top ? " (the largest at or below " : " (the first; none at or below ") +
+                    format("%g%%", options.top) + ")"},
       {"table text", entry.text}};
   return shown;
 }

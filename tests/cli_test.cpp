@@ -138,6 +138,11 @@ TEST(Cli, RangeTopReadsTheBuiltInTables) {
             0u)
       << equity.out;
 
+  const CliRun first = run("range --top 0.1");
+  EXPECT_NE(first.out.find("entry:        0.45% (the first; none at or below 0.1%)\ntable text:   AA\n"),
+            std::string::npos)
+      << first.out;
+
   const CliRun groups = run("range --top 15 --table groups --json");
   EXPECT_EQ(groups.exit_code, 0) << groups.err;
   EXPECT_NE(groups.out.find("\"table\": \"groups\",\n  \"top\": 15.0,\n  \"key\": 14.3"), std::string::npos)
