@@ -11,5 +11,6 @@ void add_eval_command(CLI::App& app);
 void add_tables_command(CLI::App& app);
 void add_payout_command(CLI::App& app);
 void add_history_command(CLI::App& app);
+void add_range_command(CLI::App& app);
 
 }  // namespace pokermath::cli

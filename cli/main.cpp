@@ -13,6 +13,8 @@ const char* const kFooter = R"(Cards are a rank (2-9, T or 10, J, Q, K, A) and a
 case: "As", "td", "10h". Several cards may be written together or apart:
 "AsKs", "As Ks", "As,Ks".
 
+Ranges are classes and runs such as "QQ+,AKs,A2s+,KQo" (pokermath range --help).
+
 Examples:
   pokermath eval As Ks Qs Js Ts
   pokermath eval AhAd 7c7s 2h Kd --json
@@ -20,6 +22,8 @@ Examples:
   pokermath tables
   pokermath payout --bets 100,60,40 --ranks 3,7,7
   pokermath history HH20240101.txt --from 18230
+  pokermath range QQ+,AKs,AKo
+  pokermath range --top 10
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -35,6 +39,7 @@ int main(int argc, char** argv) {
   pokermath::cli::add_tables_command(app);
   pokermath::cli::add_payout_command(app);
   pokermath::cli::add_history_command(app);
+  pokermath::cli::add_range_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();

@@ -18,3 +18,5 @@ run() {
 run eval As Ks Qs Js Ts
 run eval Ah Ad 7c 7s 2h Kd 7h
 run eval 9c9d5h5sKc2d --json
+run range QQ+,AKs,AKo
+run range --top 10 --table groups

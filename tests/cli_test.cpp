@@ -231,4 +231,115 @@ TEST(CliRecords, HelpNamesTheCommandsAndTheirOptions) {
   EXPECT_NE(history.out.find("--include-partial"), std::string::npos);
 }
 
+TEST(Cli, RangeShowsMatrixCombinationsAndString) {
+  const CliRun r = run("range QQ+,AKs,AKo");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out.rfind("range:        QQ+,AKs,AKo\n"
+                        "combinations: 34 of 1326 (2.56%)\n"
+                        "\n"
+                        "AA   AKs  .    .    .    .    .    .    .    .    .    .    .\n"
+                        "AKo  KK   .    .    .    .    .    .    .    .    .    .    .\n"
+                        ".    .    QQ   .    .    .    .    .    .    .    .    .    .\n",
+                        0),
+            0u)
+      << r.out;
+  EXPECT_EQ(lines(r.out), 3 + 13 + 2);
+
+  const CliRun partial = run("range 'KQ, 7h7d'");  // KQ is both kinds; one combination of 77
+  EXPECT_EQ(partial.exit_code, 0) << partial.err;
+  EXPECT_NE(partial.out.find("range:        KQs,KQo,7h7d\ncombinations: 17 of 1326 (1.28%)\n"), std::string::npos)
+      << partial.out;
+  EXPECT_NE(partial.out.find("77*"), std::string::npos) << partial.out;
+  EXPECT_NE(partial.out.find("* marks a class held only in part"), std::string::npos);
+
+  const CliRun json = run("range 22+ A2s+ --json");
+  EXPECT_EQ(json.exit_code, 0) << json.err;
+  EXPECT_NE(json.out.find("\"range\": \"22+,A2s+\""), std::string::npos) << json.out;
+  EXPECT_NE(json.out.find("\"classic\": \"22+,A2s+\""), std::string::npos) << json.out;
+  EXPECT_NE(json.out.find("\"combinations\": 126"), std::string::npos) << json.out;
+  EXPECT_NE(json.out.find("\"A2s\": 4"), std::string::npos) << json.out;
+}
+
+TEST(Cli, RangeTopReadsTheBuiltInTables) {
+  const CliRun equity = run("range --top 4.3");
+  EXPECT_EQ(equity.exit_code, 0) << equity.err;
+  EXPECT_EQ(equity.out.rfind("table:        equity\n"
+                             "entry:        4.2% (the largest at or below 4.3%)\n"
+                             "table text:   99+,AQs+,AKo\n"
+                             "range:        99+,AQs+,AKo\n"
+                             "combinations: 56 of 1326 (4.22%)\n",
+                             0),
+            0u)
+      << equity.out;
+
+  const CliRun first = run("range --top 0.1");
+  EXPECT_NE(first.out.find("entry:        0.45% (the first; none at or below 0.1%)\ntable text:   AA\n"),
+            std::string::npos)
+      << first.out;
+
+  const CliRun groups = run("range --top 15 --table groups --json");
+  EXPECT_EQ(groups.exit_code, 0) << groups.err;
+  EXPECT_NE(groups.out.find("\"table\": \"groups\",\n  \"top\": 15.0,\n  \"key\": 14.3"), std::string::npos)
+      << groups.out;
+
+  const CliRun brenmark = run("range --top 40 --table brenmark");
+  EXPECT_NE(brenmark.out.find("table text:   22+,A2s+,K2s+,Q7s+,J7s+,T7s+,97s+,86s+,75s+,64s+,53s+,42s+,32s,A2o+,"
+                              "K8o+,Q9o+,J9o\n"),
+            std::string::npos)
+      << brenmark.out;
+
+  const CliRun short_deck = run("range --top 100 --short-deck");
+  EXPECT_EQ(short_deck.exit_code, 0) << short_deck.err;
+  EXPECT_NE(short_deck.out.find("combinations: 630 of 630 (100.00%)\n"), std::string::npos) << short_deck.out;
+  EXPECT_EQ(lines(short_deck.out), 6 + 9 + 2);  // a 9 x 9 matrix, A..6
+}
+
+TEST(Cli, RangeTopReadsARangeFile) {
+  const auto path =
+      std::filesystem::temp_directory_path() / ("pokermath_cli_range_" + std::to_string(::getpid()) + ".txt");
+  {
+    std::ofstream file(path);
+    const std::string ranks = "AKQJT98765432";
+    file << "my order\n";
+    for (int row = 0; row < 13; ++row)
+      for (int column = 0; column < 13; ++column)
+        file << (row == column  ? std::string(2, ranks[row])
+                 : column > row ? std::string{'(', ranks[row], ranks[column], ')'}
+                                : std::string{ranks[column], ranks[row]})
+             << "\n";
+  }
+  // AQs lies at 1.056 per cent, inside the margin of 3.5 / 169 points above 1.04.
+  const CliRun r = run("range --file " + path.string() + " --top 1.04");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_NE(r.out.find("top:          1.04%\nrange:        AA,AQs+\n"), std::string::npos) << r.out;
+  const CliRun short_deck = run("range --file " + path.string() + " --top 1 --short-deck");
+  EXPECT_EQ(short_deck.exit_code, 2);
+  EXPECT_NE(short_deck.err.find("line 11: class '(A5)' is not in the short deck"), std::string::npos) << short_deck.err;
+  std::filesystem::remove(path);
+}
+
+TEST(Cli, RangeBadInputIsOneLineAndExitCodeTwo) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"range AA,AKx", "bad range item 'AKx' at position 2: suffix must be s (suited) or o (offsuit)"},
+      {"range", "give a range expression, or --top P"},
+      {"range ' , '", "the range expression is empty"},
+      {"range --top 101", "bad percentage 101: must be between 0 and 100"},
+      {"range --top x", "--top"},
+      {"range AA --top 5", "excludes --top"},
+      {"range --table groups", "--table requires --top"},
+      {"range --top 5 --table other", "--table"},
+      {"range --top 5 --table brenmark --short-deck", "the brenmark table is Hold'em only"},
+      {"range --file missing.txt --top 5", "range file 'missing.txt' not found"},
+      {"range --file ranking.dat --top 5", "range file 'ranking.dat': the name must end in .txt"},
+  };
+  for (auto [args, message] : cases) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+    EXPECT_TRUE(r.out.empty()) << args;
+  }
+}
+
+
 }  // namespace

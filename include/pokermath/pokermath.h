@@ -4,4 +4,5 @@
 #include "pokermath/cards.h"
 #include "pokermath/eval.h"
 #include "pokermath/records.h"
+#include "pokermath/ranges.h"
 #include "pokermath/support.h"

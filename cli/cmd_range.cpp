@@ -1,0 +1,176 @@
+// pokermath range: a range expression, a built-in table entry or a range file's top classes,
+// shown as the class matrix, the number of combinations and the canonical range string.
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "pokermath/pokermath.h"
+
+namespace pokermath::cli {
+
+namespace {
+
+struct RangeOptions {
+  std::vector<std::string> expression;
+  double top = 0;
+  bool has_top = false;
+  std::string table;
+  std::string file;
+  bool short_deck = false;
+  bool json = false;
+};
+
+// What is shown: the range and where it came from.
+struct Shown {
+  Spec range;
+  bool short_deck = false;
+  nlohmann::ordered_json source = nlohmann::ordered_json::object();  // JSON fields of the source
+  std::vector<std::pair<std::string, std::string>> lines;            // text lines of the source
+};
+
+std::string format(const char* pattern, double value) {
+  char text[64];
+  std::snprintf(text, sizeof text, pattern, value);
+  return text;
+}
+
+RangeTable table_of(const RangeOptions& options) {
+  if (options.table == "groups" || options.table == "brenmark") {
+    if (options.short_deck)
+      throw Error("the " + options.table + " table is Hold'em only; --short-deck goes with the equity table or --file");
+    return options.table == "groups" ? RangeTable::Groups : RangeTable::Brenmark;
+  }
+  return options.short_deck ? RangeTable::ShortDeckEquity : RangeTable::Equity;
+}
+
+Shown from_options(const RangeOptions& options) {
+  Shown shown;
+  shown.short_deck = options.short_deck;
+  if (!options.expression.empty()) {
+    std::string text;
+    for (const std::string& part : options.expression) text.append(text.empty() ? "" : " ").append(part);
+    if (text.find_first_not_of(", \t\n") == std::string::npos) throw Error("the range expression is empty");
+    shown.range = parse_range(text);
+    shown.source["expression"] = text;
+    return shown;
+  }
+  if (!options.has_top) throw Error("give a range expression, or --top P (see pokermath range --help)");
+  if (!options.file.empty()) {
+    const Spec source = read_range_file(options.file, options.short_deck ? RangeGame::ShortDeck : RangeGame::Holdem);
+    shown.range = range_by_percent(source, options.top);
+    shown.source = {{"file", options.file}, {"top", options.top}};
+    shown.lines = {{"file", options.file}, {"top", format("%g%%", options.top)}};
+    return shown;
+  }
+  const RangeTable table = table_of(options);
+  const std::string name = options.table.empty() ? "equity" : options.table;
+  TableRange entry = table_range(table, options.top);
+  shown.range = std::move(entry.range);
+  shown.source = {{"table", name}, {"top", options.top}, {"key", entry.key}, {"text", entry.text}};
+  shown.lines = {
+      {"table", name + (options.short_deck ? " (short deck)" : "")},
+      {"entry", format("%g%%", entry.key) +
+                    (entry.key <= options.top ? " (the largest at or below " : " (the first; none at or below ") +
+                    format("%g%%", options.top) + ")"},
+      {"table text", entry.text}};
+  return shown;
+}
+
+// The classes of the matrix that are shown: A..2, or A..6 for the short deck.
+int matrix_size(bool short_deck) { return short_deck ? 9 : 13; }
+
+void print_text(const Shown& shown, const std::array<int, 169>& counts, int combos, int total) {
+  std::vector<std::pair<std::string, std::string>> lines = shown.lines;
+  lines.emplace_back("range", range_to_string(shown.range, shown.short_deck));
+  lines.emplace_back("combinations", std::to_string(combos) + " of " + std::to_string(total) + " (" +
+                                         format("%.2f%%", combos * 100.0 / total) + ")");
+  for (const auto& [label, value] : lines)
+    std::cout << label << ":" << std::string(14 - label.size() - 1, ' ') << value << "\n";
+  std::cout << "\n";
+
+  bool partial = false;
+  const int size = matrix_size(shown.short_deck);
+  for (int row = 0; row < size; ++row) {
+    std::string line;
+    for (int column = 0; column < size; ++column) {
+      const int cell = 13 * row + column;
+      std::string mark = counts[cell] == 0 ? "." : hand_class_name(cell);
+      if (counts[cell] != 0 && counts[cell] < hand_class_combos(cell)) {
+        mark += '*';
+        partial = true;
+      }
+      line += mark + (column + 1 < size ? std::string(5 - mark.size(), ' ') : "");
+    }
+    std::cout << line << "\n";
+  }
+  std::cout << "\nsuited above the diagonal, offsuit below";
+  if (partial) std::cout << "; * marks a class held only in part";
+  std::cout << "\n";
+}
+
+void run_range(const RangeOptions& options) {
+  const Shown shown = from_options(options);
+  std::array<int, 169> counts = range_class_counts(shown.range);
+  const int size = matrix_size(shown.short_deck);
+  int combos = 0;
+  for (int cell = 0; cell < 169; ++cell) {
+    if (cell / 13 >= size || cell % 13 >= size) counts[cell] = 0;  // no such class in the short deck
+    combos += counts[cell];
+  }
+  const int total = shown.short_deck ? 630 : 1326;
+  if (!options.json) {
+    print_text(shown, counts, combos, total);
+    return;
+  }
+  nlohmann::ordered_json out = shown.source;
+  out["range"] = range_to_string(shown.range, shown.short_deck);
+  out["classic"] = narrow(shown.short_deck ? shown.range.MakeString6Plus() : shown.range.MakeString());
+  out["combinations"] = combos;
+  out["of"] = total;
+  out["percent"] = combos * 100.0 / total;
+  nlohmann::ordered_json classes = nlohmann::ordered_json::object();  // held classes, matrix order
+  for (int cell = 0; cell < 169; ++cell)
+    if (counts[cell] != 0) classes[hand_class_name(cell)] = counts[cell];
+  out["classes"] = classes;
+  std::cout << out.dump(2) << "\n";
+}
+
+}  // namespace
+
+void add_range_command(CLI::App& app) {
+  auto options = std::make_shared<RangeOptions>();
+  CLI::App* range = app.add_subcommand("range", "Show a Hold'em range: its class matrix, combinations and string");
+  range->footer(
+      "A range expression lists classes and runs separated by commas or blanks: AA, TT+, 99-66,\n"
+      "AKs, A2s+, A9s-A6s, KQo, K9o+, KQ (suited and offsuit), K9+, single combinations such as\n"
+      "AsKs, and random or any for all 1326 combinations.\n\n"
+      "The matrix has rows A..2, suited classes above the diagonal and offsuit ones below it.\n\n"
+      "Examples:\n"
+      "  pokermath range QQ+,AKs,AKo\n"
+      "  pokermath range \"22+ A2s+ KTs+ AJo+\" --json\n"
+      "  pokermath range --top 10\n"
+      "  pokermath range --top 15 --table groups\n"
+      "  pokermath range --top 20 --short-deck\n"
+      "  pokermath range --file ranking.txt --top 12.5");
+  CLI::Option* expression =
+      range->add_option("expression", options->expression, "A range expression, e.g. QQ+,AKs or \"22+ A2s+\"");
+  CLI::Option* top = range->add_option("--top", options->top, "The strongest P per cent of all combinations");
+  CLI::Option* table =
+      range->add_option("--table", options->table, "Built-in table for --top: equity (the default), groups or brenmark")
+          ->check(CLI::IsMember({"equity", "groups", "brenmark"}));
+  CLI::Option* file =
+      range->add_option("--file", options->file, "A range file (.txt, one class per line, strongest first) for --top");
+  range->add_flag("--short-deck", options->short_deck, "The 36-card deck: ranks 6 to A (630 combinations)");
+  range->add_flag("--json", options->json, "Print one JSON object");
+  expression->excludes(top);
+  table->needs(top);
+  file->needs(top);
+  table->excludes(file);
+  range->callback([options, top] {
+    options->has_top = top->count() > 0;
+    run_range(*options);
+  });
+}
+
+}  // namespace pokermath::cli

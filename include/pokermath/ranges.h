@@ -1,0 +1,265 @@
+// Hold'em ranges: the Spec range over the 169 starting-hand classes, its tokens, range files and
+// printed range strings; the built-in tables of ranges by percentage and the Sklansky groups; and
+// the pokermath:: range API (range expressions as players type them, validated tables and files).
+//
+// The 169-class matrix is 13 x 13, row-major, rows and columns from the ace (0) down to the two
+// (12): pairs on the diagonal, suited classes above it (row = high card), offsuit classes below it
+// (column = high card). "AA" = 0, "AKs" = 1, "AKo" = 13, "22" = 168.
+#pragma once
+
+#include <array>
+#include <map>
+#include <set>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "pokermath/cards.h"
+#include "pokermath/support.h"
+
+// ---- Spec: a Hold'em range ----------------------------------------------------------------------
+
+// A set of two-card combinations, plus the percentage order of the 169 classes read from a range
+// file. An element (first, second) keeps the card order its adding operation chose, so the same two
+// cards added in both orders are two elements (AddPair stores the lower suit first, AddCard the
+// higher-ranked card first and, on equal ranks, its second argument first). No adding operation
+// checks its arguments; the matrix, suit-matrix and strength operations skip elements whose codes
+// lie outside 0..51 (they have no cell).
+class Spec {
+ public:
+  std::set<std::pair<int, int>> m_hands;      // the combinations, ordered lexicographically
+  int m_totalStrategies = 0;                  // classes a complete range file lists (169)
+  int m_totalHands = 0;                       // their combinations (1326); 0 until set
+  CString m_fileName;                         // the range file (SetFile)
+  std::map<double, CString> m_percentToHand;  // cumulative per cent -> class token of the file
+  std::map<CString, double> m_handToPercent;  // class token -> cumulative per cent
+
+  // An empty range with no file; copies and moves take every member.
+  Spec() = default;
+  Spec(const Spec&) = default;
+  Spec(Spec&&) = default;
+  Spec& operator=(const Spec&) = default;
+  Spec& operator=(Spec&&) = default;
+  virtual ~Spec() = default;
+
+  // Store a member: a percentage source is set up with these before ReadSpectrFromFile.
+  void SetTotalStrategies(int count) { m_totalStrategies = count; }
+  void SetTotalHands(int count) { m_totalHands = count; }
+  void SetFile(CString fileName) { m_fileName = std::move(fileName); }
+
+  // Empties the set of combinations (the percentage maps stay).
+  void Clear() { m_hands.clear(); }
+  // The number of elements in the set (both card orders of one pair of cards count twice).
+  int GetSize() const { return static_cast<int>(m_hands.size()); }
+
+  // Adds the 6 combinations of the pair of rank index 0..12 (2..A), lower suit first.
+  void AddPair(int rank);
+  // Adds the 4 suited combinations of two rank indices, higher-ranked card first.
+  void AddSuit(int rank1, int rank2);
+  // Adds the 12 offsuit combinations of two rank indices, higher-ranked card first.
+  void AddNonSuit(int rank1, int rank2);
+  // Adds one combination of two card codes, higher rank first, on equal ranks card2 first;
+  // nothing when card1 == card2.
+  void AddCard(int card1, int card2);
+  // The same for two CCard values (converted with CCard::GetInt).
+  void AddCard(const CCard& card1, const CCard& card2);
+  // Replaces the set with all 1326 combinations (AddCard of every c1 < c2).
+  void MakeRandom();
+  // Adds to `out` every combination of this range that uses none of the dead card codes.
+  void Exclude(const std::vector<int>& dead, Spec& out) const;
+
+  // Fills the 169-class matrix: 1 for every class holding at least one combination, else 0.
+  void MakeMatrix(int matrix[169]) const;
+  // The same for the short deck: combinations with a card below "6" are skipped.
+  void MakeMatrix6Plus(int matrix[169]) const;
+  // The compact range string of MakeMatrix: pairs, then suited ("AJs"), then offsuit classes
+  // written WITHOUT a suffix ("AJ" is the 12 offsuit combinations): "QQ+,AQs+,AK".
+  CString MakeString() const;
+  // The same over MakeMatrix6Plus.
+  CString MakeString6Plus() const;
+
+  // The combinations of this range in the class of two rank indices whose first card has the
+  // higher rank: kind 0 offsuit, 1 suited, any other value a pair (ranks must be equal). Fills
+  // the 16-cell suit matrix (4 * suit of first card + suit of second) and returns them as a Spec.
+  Spec MakeSuitMatrix(int rank1, int rank2, int kind, int matrix[16]) const;
+  // Counts elements: pairs; non-pairs whose first card is an ace (aceHands) or a king
+  // (kingHands); and, independently, suited elements.
+  void CalcStat(int& pairs, int& aceHands, int& suited, int& kingHands) const;
+  // Counts suited elements; with a suit 0..3 only those whose first card has that suit.
+  void CalcSuits(int& count, int suit) const;
+  // The same with a suit name: its first letter, any case, picks clubs, diamonds, hearts or
+  // spades; an empty or unmatched name counts every suit.
+  void CalcSuits(int& count, const CString& suitName) const;
+
+  // Adds one class token of a range file to `out` and returns its combinations: "(XY)" suited
+  // (4), "XX" a pair (6), anything else offsuit (12) - "AKs" reads as AK offsuit. Only the first
+  // characters are read; unknown letters are not detected (their rank index is -1).
+  int AddStringToSpectr(const CString& token, Spec& out) const;
+  // Reads the range file m_fileName into the percentage maps. Returns 0 without a message when the
+  // name does not end in "txt"; shows "You need to download file %s" and returns 0 when it is
+  // missing; with mode != 0 shows "File %s is corrupted (it has bad lines %d)!" (the combination
+  // total) and returns 0 when the total is not m_totalHands; mode > 1 also writes a ".res" report.
+  // Returns 1 on success.
+  int ReadSpectrFromFile(int mode);
+  // Makes `out` the strongest classes of the file whose cumulative per cent lies below
+  // percent + 3.5 / m_totalStrategies (clears out's set first).
+  void GetSpecByPercent(double percent, Spec& out) const;
+
+  // The whole class of the strongest class this range touches (fixed strength order); empty
+  // when the range is empty.
+  Spec MakeBestHand() const;
+  // The same, skipping combinations with a card below "6".
+  Spec MakeBestHand6Plus() const;
+  // The whole class of the strongest class this range does not touch; empty when it touches all.
+  Spec MakeNextForceHand() const;
+  // The same over the 81 short-deck classes, ranked in the short-deck equity table's order
+  // (InitEquil6Plus); classes with a card below "6" are never chosen.
+  Spec MakeNextForceHand6Plus() const;
+};
+
+// Appends one run of matrix cells to a range string: "," when `out` is not empty; then, for a run
+// that does not start at the top of its line, firstName and "-lastName" unless it is one cell
+// ("QQ-88", "A5s"); for a run from the top, lastName and "+" unless it is only the top ("TT+").
+void MakeStr(int first, int last, int top, const CString& firstName, const CString& lastName, CString& out);
+
+// The Spec of a suit matrix (16 cells, 4 * suit1 + suit2) of two rank indices: one element
+// (larger code, smaller code) per non-zero cell.
+Spec SpecBySuitMatrix(int rank1, int rank2, const int matrix[16]);
+
+// ---- ranges by percentage ------------------------------------------------------------------------
+
+// Built-in tables from a share of all combinations (per cent) to a cumulative range: the Spec
+// under a key holds every class of the smaller keys too.
+class CStatSpectr {
+ public:
+  std::map<double, Spec> m_groupTable;       // Init: the Sklansky groups, 15 steps, no texts
+  std::map<double, Spec> m_equityTable;      // InitEquil (169 classes) or InitEquil6Plus (81)
+  std::map<double, CString> m_equityText;    // their range strings, offsuit classes with "o"
+  std::map<double, Spec> m_brenmarkTable;    // InitBrenmark, 16 steps
+  std::map<double, CString> m_brenmarkText;  // its stored texts ("AK" there means AKs and AKo)
+
+  // Fills m_groupTable (assigns its 15 keys, clears nothing).
+  void Init();
+  // Fills the equity table with the 169 Hold'em classes, one per key (key = share rounded to one
+  // decimal, the first 0.45). Clears m_equityTable, overwrites texts key by key.
+  void InitEquil();
+  // The same for the 81 short-deck classes (keys are shares of 630, as stored); replaces the
+  // Hold'em table.
+  void InitEquil6Plus();
+  // Fills the brenmark table and texts (16 steps from 0.3 to 40.0).
+  void InitBrenmark();
+  // Copies the largest entry at or below `percent` (the first entry when percent is below it) to
+  // `out` and its text to `text`: table 1 the brenmark table, any other the equity table. An empty
+  // table gives an empty Spec and text.
+  void GetSpecByPercent(double percent, Spec& out, CString& text, int table) const;
+  // 1 when the hand lies in the range of `percent` by Sklansky groups (below 1.0 only AA, below 3.1
+  // only AA and KK, then group limits at 4.71, 7.11, 8.41, 12.21, 20.11, 23.41, 30.1, 40.1), else 0.
+  int numSklanskyGroup(CCard card1, CCard card2, double percent) const;
+};
+
+// A user's own table of ranges by percentage, built from the percentage order of a range file:
+// one cumulative range per class of the file, keyed by the file's cumulative per cent (no
+// interpolation between classes), with texts in the equity table's form.
+class CUserFolder {
+ public:
+  Spec m_source;                         // the range file: SetFile, totals, ReadSpectrFromFile
+  std::map<double, Spec> m_userTable;    // cumulative ranges by cumulative per cent
+  std::map<double, CString> m_userText;  // their range strings, offsuit classes with "o"
+
+  // Rebuilds the user table from m_source's percentage order: one entry per class of the file,
+  // keyed by the file's cumulative per cent.
+  void MakeInterpolation();
+  // The same with short-deck texts (MakeString6Plus form).
+  void MakeInterpolation6Plus();
+  // As CStatSpectr::GetSpecByPercent over the user table.
+  void GetSpecByPercent(double percent, Spec& out, CString& text) const;
+};
+
+// Standard first-in (open-raise) ranges of a six-handed game, by seat, in the players' notation:
+//   UTG  66+,A9s+,KTs+,QTs+,JTs,T9s,AJo+,KQo
+//   HJ   55+,A7s+,A5s,K9s+,Q9s+,J9s+,T9s,98s,ATo+,KJo+
+//   CO   33+,A2s+,K8s+,Q9s+,J9s+,T8s+,97s+,87s,76s,65s,A9o+,KTo+,QTo+,JTo
+//   BTN  22+,A2s+,K4s+,Q6s+,J7s+,T7s+,96s+,85s+,75s+,64s+,54s,A4o+,K9o+,Q9o+,J9o+,T9o
+//   SB   22+,A2s+,K6s+,Q8s+,J8s+,T8s+,97s+,86s+,75s+,65s,54s,A7o+,A5o,KTo+,QTo+,JTo
+// Each seat opens everything the seat before it opens; the small blind, with the big blind still
+// to act, opens a subset of the button's range.
+class StrategyRanges {
+ public:
+  std::vector<std::pair<CString, Spec>> m_ranges;  // "UTG", "HJ", "CO", "BTN", "SB", in seat order
+
+  // Rebuilds m_ranges with AddPair, AddSuit and AddNonSuit (whole classes only).
+  void MakeSrategyRanges();
+  // The range of a seat name, or nullptr.
+  const Spec* GetRange(const CString& seat) const;
+};
+
+// The Sklansky group 1..8 of a hand (1 strongest), 0 when it is in none.
+int SklanskyGroup(CCard card1, CCard card2);
+
+// ---- the pokermath:: range API ------------------------------------------------------------------
+namespace pokermath {
+
+// How a range expression reads a class written without a suffix.
+enum class RangeNotation {
+  Players,  // "KQ" is KQs and KQo; "KQo" offsuit; single combinations and "random"/"any" allowed
+  Printed,  // as Spec::MakeString prints: "KQ" is offsuit only; "o", combos and "any" are refused
+};
+
+// Parses a range expression: items separated by commas or blanks - "AA", "TT+", "99-66", "AKs",
+// "A2s+", "A9s-A6s", "KQo", "K9o+", "KQ", "K9+", single combinations "AsKs", "random" or "any".
+// Suffix case and blanks are free. Throws Error naming the bad item and its 1-based position.
+Spec parse_range(std::string_view text, RangeNotation notation = RangeNotation::Players);
+
+// The canonical string of a Spec in the players' notation: whole classes in runs, offsuit ones
+// with "o" ("QQ+,AKs,AKo"), a class held in part as its combinations ("7h7d"). parse_range reads
+// it back to the same combinations. `short_deck` drops classes with a card below "6".
+std::string range_to_string(const Spec& range, bool short_deck = false);
+
+// Distinct two-card combinations held (both card orders count once; invalid codes are ignored).
+int range_combos(const Spec& range);
+
+// Distinct combinations held per class cell 0..168 (0 .. 6, 4 or 12).
+std::array<int, 169> range_class_counts(const Spec& range);
+
+// The name of class cell 0..168 ("AA", "AKs", "AKo"); throws Error outside 0..168.
+std::string hand_class_name(int cell);
+
+// The number of combinations of class cell 0..168: 6 for a pair, 4 suited, 12 offsuit; throws
+// Error outside 0..168.
+int hand_class_combos(int cell);
+
+// The built-in tables of ranges by percentage.
+enum class RangeTable {
+  Equity,           // the 169 classes one by one, in order of equity
+  Groups,           // the Sklansky groups, 15 steps
+  Brenmark,         // 16 steps from AA to 40 per cent
+  ShortDeckEquity,  // the 81 short-deck classes one by one (per cent of 630 combinations)
+};
+
+// One entry of a built-in table.
+struct TableRange {
+  double key = 0;    // the entry's share of all combinations in per cent, as the table stores it
+  std::string text;  // the table's text (the groups table has none: its range string instead)
+  Spec range;        // the cumulative range
+};
+
+// The largest entry of a table at or below `percent` (the first entry below it). Throws Error
+// unless 0 <= percent <= 100.
+TableRange table_range(RangeTable table, double percent);
+
+// The game a range file ranks: 169 Hold'em classes of 1326 combinations, or 81 short-deck classes
+// of 630.
+enum class RangeGame { Holdem, ShortDeck };
+
+// Reads a range file into a Spec's percentage maps (see Spec::ReadSpectrFromFile). Throws Error,
+// naming the file and line, for a name not ending in ".txt", a missing or unreadable file, no
+// line starting with "AA", a bad or repeated class token, a class the game does not have, or a
+// combination total other than the game's.
+Spec read_range_file(const std::string& path, RangeGame game = RangeGame::Holdem);
+
+// The strongest classes of a range file that cover `percent` (Spec::GetSpecByPercent). Throws
+// Error unless 0 <= percent <= 100 and `source` holds a percentage order.
+Spec range_by_percent(const Spec& source, double percent);
+
+}  // namespace pokermath
