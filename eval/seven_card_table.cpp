@@ -15,6 +15,7 @@
 #include <cstdio>
 #include <fstream>
 
+#include "eval/sort7.h"
 #include "pokermath/eval.h"
 
 namespace {
@@ -204,6 +205,6 @@ int PokerLogic::LookupHand(const int* cards) const {
 int PokerLogic::LookupSingleHands(const int* cards) const {
   int codes[7];
   for (int i = 0; i < 7; ++i) codes[i] = pokermath::kOneBasedCodes[cards[i]];
-  std::sort(codes, codes + 7);
+  pokermath::detail::sort7(codes);
   return LookupHand(codes);
 }

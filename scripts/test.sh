@@ -14,8 +14,11 @@ jobs=$(nproc)
 
 ensure_packages
 
+# Both builds share one directory of generated tables: the sanitizer run finds them ready.
+tables_dir="$PWD/build/tables"
+
 echo "== Release build" >&2
-configure_preset release -DPOKERMATH_BUILD_BENCH=ON
+configure_preset release -DPOKERMATH_BUILD_BENCH=ON -DPOKERMATH_TEST_TABLES_DIR="$tables_dir"
 cmake --build build/release -j "$jobs"
 if [ $quick -eq 1 ]; then
   ctest --test-dir build/release -L unit -j "$jobs" --output-on-failure
@@ -24,7 +27,7 @@ fi
 ctest --test-dir build/release -j "$jobs" --output-on-failure
 
 echo "== AddressSanitizer + UndefinedBehaviorSanitizer build" >&2
-configure_preset asan-ubsan
+configure_preset asan-ubsan -DPOKERMATH_TEST_TABLES_DIR="$tables_dir"
 cmake --build build/asan-ubsan -j "$jobs"
 ASAN_OPTIONS=detect_leaks=1 UBSAN_OPTIONS=print_stacktrace=1 \
   ctest --test-dir build/asan-ubsan -j "$jobs" --output-on-failure
