@@ -154,6 +154,11 @@ class CDeck {
   int isFlush(const std::vector<int>& ranks, const std::vector<int>& suits, int suitCount[4]);
   // The description of m_value, preceded by 16 blanks ("                flush Ace high").
   CString display() const;
+  // Omaha: cards 0..3 are the hole cards, 4.. the board. m_value becomes the best 2+3 value (all
+  // zeros with fewer than 7 cards); the low value is cleared.
+  void SetValueCombinationOmaha(PokerLogic& logic);
+  // Omaha: stores the best low of cards 0..3 with 4.. in m_lowValue (0 = none).
+  void SetLowValueCombinationOmaha(PokerLogic& logic);
 };
 
 // The 52 prime-product card words of the five-card evaluator, indexed by card code.

@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <functional>
+#include <map>
 #include <span>
 #include <string>
 #include <string_view>
@@ -36,6 +37,8 @@ int eval_7hand(const int* hand);
 int bsearch(const int* array, int low, int high, int key);
 
 // ---- PokerLogic ----------------------------------------------------------------------------------
+
+class CHandOmahaType;
 
 // The seven-card lookup table's file name, and that of the pre-flop table.
 inline constexpr const wchar_t* kSevenCardTableFile = L"OrvalisHR.dat";
@@ -75,6 +78,54 @@ class PokerLogic {
   int LookupHand(const int* cards) const;
   // Category-scale value of seven card codes in any order.
   int LookupSingleHands(const int* cards) const;
+
+  // ---- Omaha best hand (omaha.h explains the scales and out[] contents) ----
+  // Best prime-product class (smaller is stronger; 100000 when no 2+3 combination exists) of four
+  // hole cards with a river, turn or flop; out[] receives the five chosen card codes.
+  int getCombinationOmaha(const int* hole, const int* board, int* out) const;
+  int getCombinationOmahaTurn(const int* hole, const int* board, int* out) const;
+  int getCombinationOmahaFlop(const int* hole, const int* board, int* out) const;
+  // The same for nHole hole cards and nBoard board cards; out[] receives positions i, j, k, l, m.
+  int getCombinationOmahaCommon(const int* hole, int nHole, const int* board, int nBoard, int* out) const;
+  // Smallest rank over the 60 combinations from the five-card combination map (999999 if none).
+  int eval_7handOmaha(const int* hole, const int* board) const;
+  // The best Omaha hand of cards[0..3] with cards[4..] (5, 4 or 3 board cards), category scale.
+  int LookupHandsOmaha(const int* cards) const;
+  int LookupHandsOmahaTurn(const int* cards) const;
+  int LookupHandsOmahaFlop(const int* cards) const;
+
+  // ---- Omaha low hands ----
+  // Best low of 4 hole cards with 5 board cards, with the kept in-place sort of the level slots.
+  int SetLowValueCombinationOmaha(const int* hole, const int* board) const;
+  // Number of two-card holdings with a strictly better low; 0 = nut low, 1 when I have no low; -5
+  // for a board size outside 3..5.
+  int IsMyHandNutsOmahaLow(const int* hole, int nHole, const int* board, int nBoard) const;
+  // Cards that make a low I do not have (outs) and cards that give the nut low (nutOuts); 1, or -5
+  // for a board size other than 3 or 4.
+  int getOutsOmahaLow(const int* hole, int nHole, const int* board, int nBoard, int& outs, int& nutOuts) const;
+  // Classifies a holding's low prospects: 0 board cannot make a low, 1 hand cannot, 2 low made
+  // (its value in lowOrOuts), 3 drawing (outs, nut outs and the one-card probability), 100 counterfeited.
+  int CountLowCards(const int* hole, int nHole, const int* board, int nBoard, int& lowOrOuts, int& nutOuts,
+                    double& probability) const;
+
+  // ---- Omaha outs, draws and nuts ----
+  // Hold'em: the highest hole rank of a suit holding four or more of the cards; -1 without one; 0
+  // for fewer than three board cards.
+  int isFlushDraw(const int* hole, const int* board, int nBoard) const;
+  int GetFlushDrawOutsOmaha(CHandOmahaType& hand, int& flushOuts, int& straightFlushOuts) const;
+  int GetStraightDrawOutsOmaha(const int* hole, const int* board, int nBoard, int& outs) const;
+  int GetFullHouseOutsOmaha(const int* hole, const int* board, int nBoard, int& fullHouseOuts, int& quadsOuts) const;
+  // Number of four-card holdings of unseen cards that beat four hole cards; 0 = nuts; -5 bad board.
+  int IsMyHandNutsOmaha(const int* hole, const int* board, int nBoard) const;
+  // Outs by table category (10 entries) that lift the category, and those that give the nuts.
+  int getOutsOmahaCommon(const int* hole, int nHole, const int* board, int nBoard, int* outs, int* nutOuts) const;
+
+  // ---- tables of the equity engines ----
+  std::map<std::pair<int, int>, int> m_equityTable;      // pre-flop: (hero key, villain key) -> 2 x wins
+  std::map<std::pair<int, int>, int> m_equityTurnTable;  // turn equity, same keys
+  std::map<int, int> m_combinations;                     // five-card combination key -> class
+  EasyRandom m_random{0, 1};                             // the Monte Carlo engines' random source
+  int m_trials = 50000;                                  // Monte Carlo trial count
 
   // Class (1..7462, smaller is stronger) of five card codes, through the perfect hash.
   int eval_5handHoldem(const int* cards) const;

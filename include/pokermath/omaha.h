@@ -1,0 +1,90 @@
+// Omaha analysis: the best hand under the two-plus-three rule on every value scale, low hands,
+// outs, draws and nuts, and Hutchison points. Omaha hands hold 4, 5 or 6 hole cards; a hand is made
+// of exactly two hole cards and exactly three board cards.
+//
+// Scales, never to be mixed:
+//   - prime-product class 1..7462, SMALLER is stronger (the PokerLogic searches);
+//   - state-machine value 1..7462 = 7463 - class, LARGER is stronger (the Fsm5 searches);
+//   - Omaha low value d5*10000 + ... + d1 with the ace as 1, SMALLER is the better low, 0 = no low.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "pokermath/eval.h"
+#include "pokermath/ranges.h"
+
+// ---- best hand -----------------------------------------------------------------------------------
+
+// Best state-machine value (larger is stronger; -1 when no 2+3 combination exists) of four hole
+// cards with a river, turn or flop; out[] receives positions i, j into hole and k, l, m into board
+// (the flop form always reports 0, 1, 2 for the board).
+int getCombinationOmahaFsm5(const int* hole, const int* board, int* out);
+int getCombinationOmahaTurnFsm5(const int* hole, const int* board, int* out);
+int getCombinationOmahaFlopFsm5(const int* hole, const int* board, int* out);
+// The same for nHole (2..6) hole cards and 3..5 board cards: the workhorse of the Omaha engines.
+int getCombinationOmahaFsm5Common(const int* hole, int nHole, const int* board, int nBoard, int* out);
+// The same function under its second exported name.
+int getCombinationOmahaFsm7Common(const int* hole, int nHole, const int* board, int nBoard, int* out);
+
+// A four-card Omaha holding classified for flushes without evaluating.
+class CHandOmahaType {
+ public:
+  int hole[4] = {};            // hole cards, sorted by code descending
+  int board[5] = {};           // board cards, the first boardCount used, sorted descending
+  int boardCount = 0;
+  int holeRank[4] = {};
+  int boardRank[5] = {};
+  int holeSuitCount[4] = {};
+  int boardSuitCount[4] = {};
+  int holeSuit[4] = {};
+  int boardSuit[5] = {};
+  int flushHoleRank[4] = {};   // ranks of the hole cards of the flush suit, highest first
+  int flushBoardRank[5] = {};  // ranks of the board cards of the flush suit, highest first
+  int flushHoleCount = 0;
+  int flushBoardCount = 0;
+  int flushSuit = -1;          // first suit with 3+ board and 2+ hole cards, or -1
+
+  CHandOmahaType() = default;
+  CHandOmahaType(const int* hole, const int* board, int nBoard);
+  // 117 royal flush, 65 flush, -1 otherwise (104, a straight flush, is never returned).
+  int getOmahaHand() const;
+  // 1 when exactly two hole cards and three board cards of the flush suit make A-K-Q-J-T, else -1.
+  int isRoyalFlushOmaha() const;
+  // Always -1: straight flushes are found by the evaluators.
+  int isStraightFlush() const;
+  // The flush suit, or -1.
+  int isFlushOmaha() const;
+  // Writes the suits with two or more hole and two or more board cards into suits; returns the count.
+  int isFlushDrawOmaha(int* suits, int& count) const;
+};
+
+// ---- low hands -----------------------------------------------------------------------------------
+
+// Best eight-or-better low of nHole (2+) hole cards with 3..5 board cards; 0 = no low.
+int SetLowValueCombinationOmahaCommon(const int* hole, int nHole, const int* board, int nBoard);
+// Shares a low half among the tied best lows (0 = no low). Returns 1 if anybody has a low, else 0
+// (and leaves the shares untouched).
+int WinLowSummary(int heroLow, const int* otherLows, int nOthers, double& heroShare, double* otherShares);
+
+// ---- outs, draws and nuts ------------------------------------------------------------------------
+
+// Number of two-card holdings of unseen cards that beat the hand (0 = nuts); -5 for a board size
+// outside 3..5.
+int IsMyHandNutsOmahaFsm5Common(const int* hole, int nHole, const int* board, int nBoard);
+// Outs by state-machine category (11 entries) and nut outs; 1, or -5 for a board of neither 3 nor 4.
+int getOutsOmahaFsm5Common(const int* hole, int nHole, const int* board, int nBoard, int* outs, int* nutOuts);
+// Cards giving a new two pair that pairs both hole cards used; 0 on a paired board; -5 bad board.
+int getOutsOmahaFsm5CommonTwoPairs(const int* hole, int nHole, const int* board, int nBoard, int& outs);
+// The nut two-card holdings on a flop or turn, into nutHands; outs[0] = cards that keep my hand at
+// least at the current nut value, outs[1] = cards that make me the nuts. Returns the number of nut
+// holdings, or 0 for another board size.
+int FindAllNuts(const int* hole, int nHole, const int* board, int nBoard, Spec& nutHands, int* outs);
+
+// ---- Hutchison points ----------------------------------------------------------------------------
+
+// Hutchison points of four hole cards (never negative).
+int HutchisonPointsOmaha(const int* hand);
+// The Hi/Lo count (half points), or 1000.0 for four high cards worth playing for the high alone.
+double HutchisonPointsOmahaHL(const int* hand);
