@@ -12,5 +12,6 @@ void add_tables_command(CLI::App& app);
 void add_payout_command(CLI::App& app);
 void add_history_command(CLI::App& app);
 void add_range_command(CLI::App& app);
+void add_omaha_command(CLI::App& app);
 
 }  // namespace pokermath::cli

@@ -24,6 +24,7 @@ Examples:
   pokermath history HH20240101.txt --from 18230
   pokermath range QQ+,AKs,AKo
   pokermath range --top 10
+  pokermath omaha best AsKs7d2c QsJsTs3h2d
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -40,6 +41,7 @@ int main(int argc, char** argv) {
   pokermath::cli::add_payout_command(app);
   pokermath::cli::add_history_command(app);
   pokermath::cli::add_range_command(app);
+  pokermath::cli::add_omaha_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();

@@ -6,7 +6,7 @@
 //                                           by binary search or by the perfect hash.
 #include <cstdio>
 
-#include "five_card_tables.h"
+#include "eval/five_card_internal.h"
 #include "pokermath/eval.h"
 
 using namespace pokermath::detail;
@@ -26,17 +26,6 @@ int find_product(int key) {
   }
   std::fprintf(stderr, "ERROR:  no match found; key = %d\n", key);
   return -1;
-}
-
-// The perfect hash of a prime product; the mixing steps are those the generator searched with.
-inline int hash_product(uint32_t u) {
-  u += 0xE91AAA35u;
-  u ^= u >> 16;
-  u += u << 8;
-  u ^= u >> 4;
-  const uint32_t b = (u >> 8) & 0x1FF;
-  const uint32_t a = (u + (u << 2)) >> 19;
-  return kHashValues[a ^ kHashAdjust[b]];
 }
 
 // The 21 five-card subsets of seven cards and the 6 of six cards, in lexicographic order.
@@ -80,18 +69,9 @@ int eval_5cards(int c1, int c2, int c3, int c4, int c5) {
 }
 
 int eval_5hand_fast(int c1, int c2, int c3, int c4, int c5) {
-  // All three paths are computed and the answer selected without branches: on random hands the
-  // distinct-ranks test goes either way about half the time, and a mispredicted branch costs more
-  // than the few integer operations of the hash.
-  const int q = (c1 | c2 | c3 | c4 | c5) >> 16;
-  const int flush = kFlushes[q];
-  const int unique = kUnique5[q];
-  const int paired =
-      hash_product(static_cast<uint32_t>(c1 & 0xFF) * (c2 & 0xFF) * (c3 & 0xFF) * (c4 & 0xFF) * (c5 & 0xFF));
-  const int unique_mask = -static_cast<int>(unique != 0);                            // all ones when ranks are distinct
-  const int flush_mask = -static_cast<int>((c1 & c2 & c3 & c4 & c5 & 0xF000) != 0);  // all ones for a flush
-  const int not_flush = (unique & unique_mask) | (paired & ~unique_mask);
-  return (flush & flush_mask) | (not_flush & ~flush_mask);
+  const auto w = [](int c) { return static_cast<uint32_t>(c); };
+  return five_card_class(w(c1 | c2 | c3 | c4 | c5), w(c1 & c2 & c3 & c4 & c5),
+                         w(c1 & 0xFF) * w(c2 & 0xFF) * w(c3 & 0xFF) * w(c4 & 0xFF) * w(c5 & 0xFF));
 }
 
 int eval_5hand(const int* hand) { return eval_5cards(hand[0], hand[1], hand[2], hand[3], hand[4]); }

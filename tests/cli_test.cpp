@@ -341,5 +341,4 @@ TEST(Cli, RangeBadInputIsOneLineAndExitCodeTwo) {
   }
 }
 
-
 }  // namespace

@@ -8,6 +8,7 @@
 //   - Omaha low value d5*10000 + ... + d1 with the ace as 1, SMALLER is the better low, 0 = no low.
 #pragma once
 
+#include <array>
 #include <span>
 #include <string>
 #include <vector>
@@ -31,8 +32,8 @@ int getCombinationOmahaFsm7Common(const int* hole, int nHole, const int* board, 
 // A four-card Omaha holding classified for flushes without evaluating.
 class CHandOmahaType {
  public:
-  int hole[4] = {};            // hole cards, sorted by code descending
-  int board[5] = {};           // board cards, the first boardCount used, sorted descending
+  int hole[4] = {};   // hole cards, sorted by code descending
+  int board[5] = {};  // board cards, the first boardCount used, sorted descending
   int boardCount = 0;
   int holeRank[4] = {};
   int boardRank[5] = {};
@@ -44,7 +45,7 @@ class CHandOmahaType {
   int flushBoardRank[5] = {};  // ranks of the board cards of the flush suit, highest first
   int flushHoleCount = 0;
   int flushBoardCount = 0;
-  int flushSuit = -1;          // first suit with 3+ board and 2+ hole cards, or -1
+  int flushSuit = -1;  // first suit with 3+ board and 2+ hole cards, or -1
 
   CHandOmahaType() = default;
   CHandOmahaType(const int* hole, const int* board, int nBoard);
@@ -88,3 +89,54 @@ int FindAllNuts(const int* hole, int nHole, const int* board, int nBoard, Spec& 
 int HutchisonPointsOmaha(const int* hand);
 // The Hi/Lo count (half points), or 1000.0 for four high cards worth playing for the high alone.
 double HutchisonPointsOmahaHL(const int* hand);
+
+// ---- the pokermath:: Omaha API ---------------------------------------------------------------------
+namespace pokermath {
+
+// The best Omaha high hand of 4 to 6 hole cards on a board of 3 to 5 cards.
+struct OmahaHand {
+  int value = 0;       // state-machine scale 1..7462, LARGER is stronger
+  int hand_class = 0;  // five-card class 7463 - value, SMALLER is stronger
+  Category category = Category::HighCard;
+  std::array<int, 2> hole_used{};   // the two hole cards played
+  std::array<int, 3> board_used{};  // the three board cards played
+  std::string description;          // the five played cards in words
+};
+
+// Throws Error unless there are 4 to 6 hole cards, 3 to 5 board cards, and no card twice.
+OmahaHand omaha_best(std::span<const int> hole, std::span<const int> board);
+
+// One unseen card that improves the hand.
+struct OmahaOut {
+  int card = -1;
+  int value = 0;  // the hand's state-machine value with the card
+  Category category = Category::HighCard;
+  bool nut = false;  // the hand is then the nuts (no two-card holding beats it)
+};
+
+// The cards that improve an Omaha hand on a flop or turn, by the rule of getOutsOmahaFsm5Common:
+// a higher category, a better straight made with higher hole cards, or a better full house.
+struct OmahaOuts {
+  OmahaHand current;
+  int unseen = 0;              // the cards tried (neither hole nor board cards)
+  std::vector<OmahaOut> outs;  // ascending card order
+  int nut_outs = 0;
+};
+
+// Throws Error for a board of other than 3 or 4 cards (there is no next card after the river), or
+// for bad cards as omaha_best.
+OmahaOuts omaha_outs(std::span<const int> hole, std::span<const int> board);
+
+// The nut hand on a board: its value and every two-card holding that makes it. `dead` cards (a
+// player's own hole cards, say) cannot be in a holding.
+struct OmahaNuts {
+  int value = 0;  // state-machine scale, LARGER is stronger
+  Category category = Category::HighCard;
+  std::vector<std::array<int, 2>> holdings;
+  std::string description;  // the first nut holding's five cards in words
+};
+
+// Throws Error unless the board has 3 to 5 distinct cards and shares none with `dead`.
+OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead = {});
+
+}  // namespace pokermath

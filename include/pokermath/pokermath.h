@@ -4,6 +4,6 @@
 #include "pokermath/cards.h"
 #include "pokermath/eval.h"
 #include "pokermath/omaha.h"
-#include "pokermath/records.h"
 #include "pokermath/ranges.h"
+#include "pokermath/records.h"
 #include "pokermath/support.h"

@@ -1,0 +1,85 @@
+// Omaha best-hand searches on random deals (4, 5 and 6 hole cards, five-card boards), and the nut
+// and outs questions on a flop. Deals are generated before timing.
+#include <benchmark/benchmark.h>
+
+#include <random>
+#include <vector>
+
+#include "pokermath/pokermath.h"
+
+namespace {
+
+constexpr int kDeals = 1 << 16;
+
+// kDeals deals of `holes` hole cards followed by five board cards.
+const std::vector<int>& deals(int holes) {
+  static std::vector<int> cache[7];
+  std::vector<int>& d = cache[holes];
+  if (d.empty()) {
+    std::mt19937 engine(11);
+    for (int i = 0; i < kDeals; ++i) {
+      std::vector<int> cards;
+      Int64ToVec(GetRandomHand(holes + 5, engine), cards);
+      std::shuffle(cards.begin(), cards.end(), engine);
+      d.insert(d.end(), cards.begin(), cards.end());
+    }
+  }
+  return d;
+}
+
+template <typename Evaluate>
+void run_deals(benchmark::State& state, Evaluate evaluate) {
+  const int holes = static_cast<int>(state.range(0));
+  const std::vector<int>& d = deals(holes);
+  const int stride = holes + 5;
+  for (auto _ : state) {
+    int64_t sum = 0;
+    for (size_t i = 0; i < d.size(); i += stride) sum += evaluate(&d[i], holes, &d[i + holes]);
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * kDeals);
+}
+
+void BM_getCombinationOmahaCommon(benchmark::State& state) {
+  static const PokerLogic logic;
+  int out[5];
+  run_deals(state, [&](const int* hole, int n, const int* board) {
+    return logic.getCombinationOmahaCommon(hole, n, board, 5, out);
+  });
+}
+BENCHMARK(BM_getCombinationOmahaCommon)->DenseRange(4, 6);
+
+void BM_getCombinationOmahaFsm5Common(benchmark::State& state) {
+  int out[5];
+  run_deals(state, [&](const int* hole, int n, const int* board) {
+    return getCombinationOmahaFsm5Common(hole, n, board, 5, out);
+  });
+}
+BENCHMARK(BM_getCombinationOmahaFsm5Common)->DenseRange(4, 6);
+
+void BM_get_rank7(benchmark::State& state) {
+  run_deals(state, [](const int* hole, int, const int* board) { return get_rank7(hole, board); });
+}
+BENCHMARK(BM_get_rank7)->Arg(4);
+
+void BM_eval_rank7_via_ofsm7(benchmark::State& state) {
+  pokermath::load_table(pokermath::TableFile::Omaha7, pokermath::default_data_directory());
+  run_deals(state, [](const int* hole, int n, const int* board) { return eval_rank7_via_ofsm7(hole, n, board); });
+}
+BENCHMARK(BM_eval_rank7_via_ofsm7)->DenseRange(4, 6);
+
+void BM_IsMyHandNutsOmaha_flop(benchmark::State& state) {
+  static const PokerLogic logic;
+  const std::vector<int> hole = pokermath::parse_cards("Ah Kh 9c 8c"), flop = pokermath::parse_cards("Qh 7h 2d");
+  for (auto _ : state) benchmark::DoNotOptimize(logic.IsMyHandNutsOmaha(hole.data(), flop.data(), 3));
+}
+BENCHMARK(BM_IsMyHandNutsOmaha_flop)->Unit(benchmark::kMillisecond);
+
+void BM_getOutsOmahaFsm5Common_flop(benchmark::State& state) {
+  const std::vector<int> hole = pokermath::parse_cards("Ah Kh 9c 8c"), flop = pokermath::parse_cards("Qh 7h 2d");
+  int outs[11], nut_outs[11];
+  for (auto _ : state) benchmark::DoNotOptimize(getOutsOmahaFsm5Common(hole.data(), 4, flop.data(), 3, outs, nut_outs));
+}
+BENCHMARK(BM_getOutsOmahaFsm5Common_flop)->Unit(benchmark::kMillisecond);
+
+}  // namespace

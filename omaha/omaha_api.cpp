@@ -1,0 +1,86 @@
+// The pokermath:: Omaha API: validated best hands, outs and nuts.
+#include "omaha/omaha_internal.h"
+#include "pokermath/omaha.h"
+
+namespace pokermath {
+
+namespace {
+
+void check_cards(std::span<const int> hole, int min_hole, int max_hole, std::span<const int> board, int min_board,
+                 int max_board) {
+  const auto count = [](std::span<const int> cards) { return static_cast<int>(cards.size()); };
+  if (count(hole) < min_hole || count(hole) > max_hole)
+    throw Error("expected " + std::to_string(min_hole) + " to " + std::to_string(max_hole) + " hole cards, got " +
+                std::to_string(hole.size()));
+  if (count(board) < min_board || count(board) > max_board)
+    throw Error(min_board == 3 && max_board == 4
+                    ? "outs need a flop or a turn: a board of 3 or 4 cards, got " + std::to_string(board.size())
+                    : "expected a board of " + std::to_string(min_board) + " to " + std::to_string(max_board) +
+                          " cards, got " + std::to_string(board.size()));
+  std::vector<int> all(hole.begin(), hole.end());
+  all.insert(all.end(), board.begin(), board.end());
+  cards_to_mask(all);  // codes 0..51, no card twice
+}
+
+OmahaHand describe(int value, const int* hole, const int* board, const int* used) {
+  OmahaHand hand;
+  hand.value = value;
+  hand.hand_class = 7463 - value;
+  hand.category = category_of_class(hand.hand_class);
+  hand.hole_used = {hole[used[0]], hole[used[1]]};
+  hand.board_used = {board[used[2]], board[used[3]], board[used[4]]};
+  const int five[5] = {hand.hole_used[0], hand.hole_used[1], hand.board_used[0], hand.board_used[1],
+                       hand.board_used[2]};
+  hand.description = evaluate_hand(five).description;
+  return hand;
+}
+
+OmahaHand best_unchecked(std::span<const int> hole, std::span<const int> board) {
+  int used[5];
+  const int value = getCombinationOmahaFsm5Common(hole.data(), static_cast<int>(hole.size()), board.data(),
+                                                  static_cast<int>(board.size()), used);
+  return describe(value, hole.data(), board.data(), used);
+}
+
+}  // namespace
+
+OmahaHand omaha_best(std::span<const int> hole, std::span<const int> board) {
+  check_cards(hole, 4, 6, board, 3, 5);
+  return best_unchecked(hole, board);
+}
+
+OmahaOuts omaha_outs(std::span<const int> hole, std::span<const int> board) {
+  check_cards(hole, 4, 6, board, 3, 4);
+  OmahaOuts result;
+  result.current = best_unchecked(hole, board);
+  const int n_hole = static_cast<int>(hole.size()), n_board = static_cast<int>(board.size());
+  result.unseen = 52 - n_hole - n_board;
+  int extended[5];
+  std::copy(board.begin(), board.end(), extended);
+  detail::for_each_state_machine_out(hole.data(), n_hole, board.data(), n_board, [&](int card, int value, int) {
+    extended[n_board] = card;
+    OmahaOut out;
+    out.card = card;
+    out.value = value;
+    out.category = category_of_class(7463 - value);
+    out.nut = IsMyHandNutsOmahaFsm5Common(hole.data(), n_hole, extended, n_board + 1) == 0;
+    result.nut_outs += out.nut;
+    result.outs.push_back(out);
+  });
+  return result;
+}
+
+OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead) {
+  check_cards(dead, 0, 52, board, 3, 5);
+  const uint64_t seen =
+      detail::seen_cards(dead.data(), static_cast<int>(dead.size()), board.data(), static_cast<int>(board.size()));
+  const detail::NutHoldings nuts = detail::nut_holdings(seen, board.data(), static_cast<int>(board.size()));
+  OmahaNuts result;
+  result.value = nuts.value;
+  result.category = category_of_class(7463 - nuts.value);
+  result.holdings = nuts.holdings;
+  result.description = best_unchecked(nuts.holdings.front(), board).description;
+  return result;
+}
+
+}  // namespace pokermath
