@@ -39,6 +39,7 @@ int bsearch(const int* array, int low, int high, int key);
 // ---- PokerLogic ----------------------------------------------------------------------------------
 
 class CHandOmahaType;
+class Spec;
 
 // The seven-card lookup table's file name, and that of the pre-flop table.
 inline constexpr const wchar_t* kSevenCardTableFile = L"OrvalisHR.dat";
@@ -119,6 +120,56 @@ class PokerLogic {
   int IsMyHandNutsOmaha(const int* hole, const int* board, int nBoard) const;
   // Outs by table category (10 entries) that lift the category, and those that give the nuts.
   int getOutsOmahaCommon(const int* hole, int nHole, const int* board, int nBoard, int* outs, int* nutOuts) const;
+
+  // ---- Hold'em equity (equity.h explains units and scoring) ----
+  // Monte Carlo share of the pot (0..1) for two hole cards against players - 1 random hands, with
+  // boardCount known board cards; 0.0 for boardCount >= 6 or players outside 2..10.
+  double getProbabilityOfWin(const int* hole, const int* board, int boardCount, int players);
+  // All 1,712,304 five-card boards: the hero's wins (ties as halves) and the boards.
+  void getProbabilityOfWinWithNoBoard(const int* hero, const int* villain, double& wins, double& boards) const;
+  // All 194,580 four-card boards (flop and turn), six-card hands.
+  void getProbabilityOfWinWithNoBoardToTurn(const int* hero, const int* villain, double& wins, double& boards) const;
+  // From the pre-flop equity table when it holds the pair, else the symmetric shortcuts, else the
+  // enumeration above. Always returns 1.
+  int GetWinHandVsHand(const int* hero, const int* villain, double& wins, double& boards) const;
+  // The same to the turn, with the turn equity table.
+  int GetWinHandVsHandToTurn(const int* hero, const int* villain, double& wins, double& boards) const;
+
+  // ---- the "Common" engines: any hole-card count h, exactly two hole and three board cards ----
+  // Percentages 0..100; boards and ms (elapsed milliseconds) are written on return.
+  double RiverEquityHandVsHandOnPreFlopCommon(const int* hero, int h, const int* villain, int& boards, int& ms) const;
+  double RiverEquityHandsOnPreFlopCommon(const int* hands, int h, int players, int dead, int& boards, int& ms) const;
+  // 0.0 (boards and ms untouched) unless boardCount is 3.
+  double RiverEquityHandVsHandOnFlopCommon(const int* hero, int h, const int* villain, const int* board, int boardCount,
+                                           int& boards, int& ms) const;
+  double RiverEquityHandsOnFlopCommon(const int* hands, int h, int players, int dead, const int* flop, int& boards,
+                                      int& ms) const;
+  // 0.0 (boards and ms untouched) unless boardCount is 4.
+  double RiverEquityHandVsHandOnTurnCommon(const int* hero, int h, const int* villain, const int* board, int boardCount,
+                                           int& boards, int& ms) const;
+  double RiverEquityHandsOnTurnCommon(const int* hands, int h, int players, int dead, const int* board, int& boards,
+                                      int& ms) const;
+
+  // ---- equity against a range (fractions 0..1; 0/0 when no combination is left) ----
+  double getProbabilityOfWinBySpectr(const int* hole, const int* board, int boardCount, const Spec& range);
+  double getProbabilityOfWinBySpectrWithNoBoard(const int* hole, const Spec& range) const;
+  double getProbabilityOfWinBySpectrWithFlop(const int* hole, const int* flop, const Spec& range) const;
+  double getProbabilityOfWinBySpectrWithFlopAndTurn(const int* hole, const int* board, const Spec& range) const;
+  double getProbOfWinBySpectrToFlopOrTurn(const int* hole, const int* board, int boardCount, const Spec& range,
+                                          int target);
+  double getProbabilityOfWinBySpectrWithNoBoardToFlop(const int* hole, const Spec& range) const;
+  double getProbabilityOfWinBySpectrWithNoBoardToTurn(const int* hole, const Spec& range) const;
+  double getProbabilityOfWinBySpectrWithFlopToTurn(const int* hole, const int* flop, const Spec& range) const;
+
+  // ---- pre-flop, turn and five-card combination tables and their files ----
+  int save_equity_table(CString path) const;
+  int load_equity_table(CString path);
+  int save_equity_turn_table(CString path) const;
+  int load_equity_turn_table(CString path);
+  int generate_equity_table(CString path) const;
+  int generate_equity_turn_table(CString path);
+  int save_PokerCombinations_table(CString path) const;
+  int generate_PokerCombinations_table(CString path);
 
   // ---- tables of the equity engines ----
   std::map<std::pair<int, int>, int> m_equityTable;      // pre-flop: (hero key, villain key) -> 2 x wins

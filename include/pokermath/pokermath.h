@@ -3,6 +3,7 @@
 
 #include "pokermath/cards.h"
 #include "pokermath/eval.h"
+#include "pokermath/equity.h"
 #include "pokermath/omaha.h"
 #include "pokermath/ranges.h"
 #include "pokermath/records.h"

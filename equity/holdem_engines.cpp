@@ -1,0 +1,133 @@
+// Hold'em hand-against-hand and hand-against-random equity, the PokerLogic members.
+#include <algorithm>
+
+#include "equity/board_walk.h"
+#include "pokermath/equity.h"
+
+using namespace pokermath::detail;
+
+namespace {
+
+constexpr int kRiverBoards = 1712304;  // five-card boards once four hole cards are known
+constexpr int kTurnBoards = 194580;    // four-card boards
+
+// Hero's wins (ties as halves) and the boards over every completion by `missing` cards, from the
+// seven-card table. Two hole cards each and no board: missing 5 reaches seven cards; missing 4
+// reaches six, whose value sits in entry 0 of the six-card block.
+template <int Missing>
+void hand_vs_hand(const uint32_t* HR, const int* hero, const int* villain, double& wins, double& boards) {
+  const uint32_t states[2] = {table_state(HR, hero, 2), table_state(HR, villain, 2)};
+  const uint64_t dead = one_based_mask(hero, 2) | one_based_mask(villain, 2);
+  const AliveCodes codes(dead);
+  uint64_t twice_wins = 0, count = 0;
+  walk_seven_card_table_rows(HR, states, 2, dead, Missing, [&](const uint32_t* s, int first) {
+    const uint32_t* hero_row = HR + s[0];
+    const uint32_t* villain_row = HR + s[1];
+    uint32_t block_wins = 0, block_count = 0;
+    for (int x = first; x <= 52; ++x) {
+      uint32_t h = hero_row[x], v = villain_row[x];
+      if constexpr (Missing == 4) h = HR[h], v = HR[v];  // six cards: the value is entry 0 of the block
+      const uint32_t alive = codes.alive[x];
+      block_wins += alive * ((h > v) * 2 + (h == v));
+      block_count += alive;
+    }
+    twice_wins += block_wins;
+    count += block_count;
+  });
+  wins = static_cast<double>(twice_wins) * 0.5;
+  boards = static_cast<double>(count);
+}
+
+int hand_key(const int* hand) { return std::min(hand[0], hand[1]) * 64 + std::max(hand[0], hand[1]); }
+
+// The symmetric matchups answered by half the boards: a pair against a pair of the same rank, and
+// two suited hands of the same ranks. (Two offsuit hands of the same ranks are enumerated.)
+bool symmetric(const int* hero, const int* villain) {
+  const int h1 = GetCardRank(hero[0]), h2 = GetCardRank(hero[1]);
+  const int v1 = GetCardRank(villain[0]), v2 = GetCardRank(villain[1]);
+  if (h1 == h2 && v1 == v2 && h1 == v1) return true;
+  return isSuit(hero[0], hero[1]) && isSuit(villain[0], villain[1]) && std::max(h1, h2) == std::max(v1, v2) &&
+         std::min(h1, h2) == std::min(v1, v2);
+}
+
+// The table answer, the shortcut or the enumeration, for the pre-flop or the turn form.
+int table_or_enumerate(const std::map<std::pair<int, int>, int>& table, const int* hero, const int* villain,
+                       int all_boards, const std::function<void()>& enumerate, double& wins, double& boards) {
+  boards = all_boards;
+  wins = 0;
+  if (const auto it = table.find({hand_key(hero), hand_key(villain)}); it != table.end()) {
+    wins = it->second * 0.5;
+    return 1;
+  }
+  if (symmetric(hero, villain)) {
+    wins = all_boards / 2;
+    return 1;
+  }
+  enumerate();
+  return 1;
+}
+
+}  // namespace
+
+double PokerLogic::getProbabilityOfWin(const int* hole, const int* board, int boardCount, int players) {
+  if (boardCount >= 6 || players < 2 || players > 10) return 0.0;
+  int known[25];
+  const int given = 2 + boardCount;
+  known[0] = hole[0];
+  known[1] = hole[1];
+  std::copy(board, board + boardCount, known + 2);
+  std::fill(known + given, known + 25, -1);
+  m_random.SetInterval(0, 51);
+  auto draw = [&](int& count) {
+    int card;
+    do {
+      card = m_random.DrawRandomNumber();
+    } while (isExist(card, known, count));
+    known[count++] = card;
+    return card;
+  };
+
+  double score = 0;
+  for (int trial = 0; trial < m_trials; ++trial) {
+    if (boardCount > 0) std::fill(known + given, known + 25, -1);
+    int count = given;
+    int seven[7] = {hole[0], hole[1]};
+    std::copy(board, board + boardCount, seven + 2);
+    for (int i = 2 + boardCount; i < 7; ++i) seven[i] = draw(count);
+    const int hero_value = LookupSingleHands(seven);
+    int ties = 0;
+    bool lost = false;
+    for (int opponent = 1; opponent < players && !lost; ++opponent) {
+      // The opponent's two cards replace the hero's beside the same board.
+      seven[0] = draw(count);
+      seven[1] = draw(count);
+      const int value = LookupSingleHands(seven);
+      lost = value > hero_value;
+      ties += value == hero_value;
+    }
+    if (!lost) score += 1.0 / (1 + ties);
+  }
+  return score / m_trials;
+}
+
+void PokerLogic::getProbabilityOfWinWithNoBoard(const int* hero, const int* villain, double& wins,
+                                                double& boards) const {
+  hand_vs_hand<5>(m_HR.data(), hero, villain, wins, boards);
+}
+
+void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(const int* hero, const int* villain, double& wins,
+                                                      double& boards) const {
+  hand_vs_hand<4>(m_HR.data(), hero, villain, wins, boards);
+}
+
+int PokerLogic::GetWinHandVsHand(const int* hero, const int* villain, double& wins, double& boards) const {
+  return table_or_enumerate(
+      m_equityTable, hero, villain, kRiverBoards,
+      [&] { getProbabilityOfWinWithNoBoard(hero, villain, wins, boards); }, wins, boards);
+}
+
+int PokerLogic::GetWinHandVsHandToTurn(const int* hero, const int* villain, double& wins, double& boards) const {
+  return table_or_enumerate(
+      m_equityTurnTable, hero, villain, kTurnBoards,
+      [&] { getProbabilityOfWinWithNoBoardToTurn(hero, villain, wins, boards); }, wins, boards);
+}
