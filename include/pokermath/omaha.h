@@ -88,3 +88,18 @@ int FindAllNuts(const int* hole, int nHole, const int* board, int nBoard, Spec& 
 int HutchisonPointsOmaha(const int* hand);
 // The Hi/Lo count (half points), or 1000.0 for four high cards worth playing for the high alone.
 double HutchisonPointsOmahaHL(const int* hand);
+
+// ---- the pokermath:: Omaha low API ---------------------------------------------------------------
+namespace pokermath {
+
+// The best eight-or-better low of 4 to 6 hole cards with 3 to 5 board cards, made of exactly two
+// hole and three board cards: d5*10000 + d4*1000 + d3*100 + d2*10 + d1 for its ranks d1 < ... < d5
+// with the ace as 1; SMALLER is the better low (54321 = 5-4-3-2-A), 0 = no low. Throws Error for
+// another count, a code outside 0..51 or a repeated card.
+int omaha_low(std::span<const int> hole, std::span<const int> board);
+
+// A low value as players write it, highest card first: 54321 -> "5-4-3-2-A", 0 -> "no low". Throws
+// Error for a number that is not five distinct ranks 1..8 in that layout.
+std::string omaha_low_to_string(int low);
+
+}  // namespace pokermath
