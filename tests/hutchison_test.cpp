@@ -71,6 +71,11 @@ TEST(Hutchison, HighCountOfWorkedHands) {
       {"AsAhTsTh", 46},
       // one card per suit; nines 10; u = 3 (7, 8, 9): S3 span 2 = 18.
       {"9s9h8d7c", 28},
+      // spades A high 8; u = 4 (2, 3, 9, A), gaps 0, 5, 4: neither three: S2 2-3 = 8, 3-9 = 0, 9-A
+      // = 0; ace with deuce and trey: 12.
+      {"As2s3h9d", 28},
+      // one card per suit; three kings: no pair points; S2 Q-K span 1: 8.
+      {"KcKdKhQs", 8},
   };
   for (const auto& [hand, points] : cases) EXPECT_EQ(high(hand), points) << hand;
 }
