@@ -133,9 +133,9 @@ void CDeck::SetLowValueCombinationOmaha(PokerLogic& /*logic*/) {
   const int count = GetTotalCards();
   if (count < 7) return;
   // Cards 0..3 are the hole, the rest the board; CCard ranks are already low ranks.
-  const auto rank = [this](int i) { return m_cards[i].GetRank(); };
-  m_lowValue = best_low<Slots::SortedInPlace>(
-      rank, 4, [&](int k) { return rank(4 + k); }, count - 4);
+  const auto hole = [this](int i) { return m_cards[i].GetRank(); };
+  const auto board = [this](int k) { return m_cards[4 + k].GetRank(); };
+  m_lowValue = best_low<Slots::SortedInPlace>(hole, 4, board, count - 4);
 }
 
 int PokerLogic::IsMyHandNutsOmahaLow(const int* hole, int nHole, const int* board, int nBoard) const {
