@@ -43,15 +43,19 @@ void print_hand(const OmahaHand& hand) {
 void run_best(const OmahaOptions& o) {
   const std::vector<int> hole = parse_cards(o.hole), board = parse_cards(o.board);
   const OmahaHand hand = omaha_best(hole, board);
+  const int low = omaha_low(hole, board);
   if (o.json) {
     Json out = {{"hole", names(hole)}, {"board", names(board)}};
     out.update(hand_json(hand));
+    out["low"] = low;
+    out["low_text"] = omaha_low_to_string(low);
     std::cout << out.dump(2) << "\n";
     return;
   }
   std::cout << "hole:        " << cards_to_string(hole) << "\n"
             << "board:       " << cards_to_string(board) << "\n";
   print_hand(hand);
+  std::cout << "low:         " << omaha_low_to_string(low) << (low ? " (eight or better)" : "") << "\n";
 }
 
 void run_outs(const OmahaOptions& o) {
@@ -125,7 +129,8 @@ void add_omaha_command(CLI::App& app) {
       "Examples:\n"
       "  pokermath omaha best AsKs7d2c QsJsTs3h2d\n"
       "  pokermath omaha outs AhKh9c8c Qh7h2d\n"
-      "  pokermath omaha nuts Qh7h2d5s");
+      "  pokermath omaha nuts Qh7h2d5s\n"
+      "  pokermath omaha hutchison AsAhKsKh --hilo");
 
   auto best = std::make_shared<OmahaOptions>();
   CLI::App* best_cmd = omaha->add_subcommand("best", "The best high hand: the two hole and three board cards used");
@@ -150,6 +155,8 @@ void add_omaha_command(CLI::App& app) {
   nuts_cmd->add_option("--dead", nuts->dead, "Cards no holding can use (your own hole cards, say)");
   nuts_cmd->add_flag("--json", nuts->json, "Print one JSON object");
   nuts_cmd->callback([nuts] { run_nuts(*nuts); });
+
+  add_omaha_hutchison_command(*omaha);
 }
 
 }  // namespace pokermath::cli

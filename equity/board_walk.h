@@ -17,8 +17,7 @@ inline constexpr int kMaxWalkPlayers = 10;
 // HR[state + x]; below the last level visit(states) receives the states after all missing cards
 // (the seven-card values when the hands reach seven cards).
 template <int Depth, typename Visit>
-void walk_table_level(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int first,
-                      Visit& visit) {
+void walk_table_level(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int first, Visit& visit) {
   uint32_t next[kMaxWalkPlayers];
   for (int x = first; x <= 52; ++x) {
     if (dead >> x & 1) continue;

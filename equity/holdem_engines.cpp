@@ -122,8 +122,8 @@ void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(const int* hero, const int
 
 int PokerLogic::GetWinHandVsHand(const int* hero, const int* villain, double& wins, double& boards) const {
   return table_or_enumerate(
-      m_equityTable, hero, villain, kRiverBoards,
-      [&] { getProbabilityOfWinWithNoBoard(hero, villain, wins, boards); }, wins, boards);
+      m_equityTable, hero, villain, kRiverBoards, [&] { getProbabilityOfWinWithNoBoard(hero, villain, wins, boards); },
+      wins, boards);
 }
 
 int PokerLogic::GetWinHandVsHandToTurn(const int* hero, const int* villain, double& wins, double& boards) const {

@@ -1,4 +1,5 @@
 // The pokermath:: Omaha API: validated best hands, outs and nuts.
+#include "omaha/input_checks.h"
 #include "omaha/omaha_internal.h"
 #include "pokermath/omaha.h"
 
@@ -6,20 +7,13 @@ namespace pokermath {
 
 namespace {
 
-void check_cards(std::span<const int> hole, int min_hole, int max_hole, std::span<const int> board, int min_board,
-                 int max_board) {
-  const auto count = [](std::span<const int> cards) { return static_cast<int>(cards.size()); };
-  if (count(hole) < min_hole || count(hole) > max_hole)
-    throw Error("expected " + std::to_string(min_hole) + " to " + std::to_string(max_hole) + " hole cards, got " +
-                std::to_string(hole.size()));
-  if (count(board) < min_board || count(board) > max_board)
-    throw Error(min_board == 3 && max_board == 4
-                    ? "outs need a flop or a turn: a board of 3 or 4 cards, got " + std::to_string(board.size())
-                    : "expected a board of " + std::to_string(min_board) + " to " + std::to_string(max_board) +
-                          " cards, got " + std::to_string(board.size()));
-  std::vector<int> all(hole.begin(), hole.end());
-  all.insert(all.end(), board.begin(), board.end());
-  cards_to_mask(all);  // codes 0..51, no card twice
+// The board of a nut question (3 to 5 cards) and the dead cards: codes 0..51, none twice.
+void check_board_and_dead(std::span<const int> board, std::span<const int> dead) {
+  if (board.size() < 3 || board.size() > 5)
+    throw Error("expected 3 to 5 board cards, got " + std::to_string(board.size()));
+  std::vector<int> all(board.begin(), board.end());
+  all.insert(all.end(), dead.begin(), dead.end());
+  cards_to_mask(all);
 }
 
 OmahaHand describe(int value, const int* hole, const int* board, const int* used) {
@@ -45,12 +39,13 @@ OmahaHand best_unchecked(std::span<const int> hole, std::span<const int> board) 
 }  // namespace
 
 OmahaHand omaha_best(std::span<const int> hole, std::span<const int> board) {
-  check_cards(hole, 4, 6, board, 3, 5);
+  detail::check_hole_and_board(hole, board, 3, 5);
   return best_unchecked(hole, board);
 }
 
 OmahaOuts omaha_outs(std::span<const int> hole, std::span<const int> board) {
-  check_cards(hole, 4, 6, board, 3, 4);
+  if (board.size() == 5) throw Error("outs need a flop or a turn: a board of 3 or 4 cards, got 5");
+  detail::check_hole_and_board(hole, board, 3, 4);
   OmahaOuts result;
   result.current = best_unchecked(hole, board);
   const int n_hole = static_cast<int>(hole.size()), n_board = static_cast<int>(board.size());
@@ -71,7 +66,7 @@ OmahaOuts omaha_outs(std::span<const int> hole, std::span<const int> board) {
 }
 
 OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead) {
-  check_cards(dead, 0, 52, board, 3, 5);
+  check_board_and_dead(board, dead);
   const uint64_t seen =
       detail::seen_cards(dead.data(), static_cast<int>(dead.size()), board.data(), static_cast<int>(board.size()));
   const detail::NutHoldings nuts = detail::nut_holdings(seen, board.data(), static_cast<int>(board.size()));

@@ -341,4 +341,59 @@ TEST(Cli, RangeBadInputIsOneLineAndExitCodeTwo) {
   }
 }
 
+TEST(CliOmahaHutchison, ShowsEachStageWithItsSteps) {
+  const CliRun r = run("omaha hutchison As Ah Ks Kh");
+  EXPECT_EQ(r.exit_code, 0) << r.err;
+  EXPECT_EQ(r.out,
+            "hand:   As Ah Ks Kh\n"
+            "count:  Hutchison points, high\n"
+            "  suits                                 16\n"
+            "    two hearts, ace high                +8\n"
+            "    two spades, ace high                +8\n"
+            "  pairs                                 34\n"
+            "    pair of kings                      +16\n"
+            "    pair of aces                       +18\n"
+            "  straight potential                     4\n"
+            "    A-K: span 1, ace on top: 8 - 4      +4\n"
+            "  ace with low cards                     0\n"
+            "    ace without a deuce to five          0\n"
+            "points: 54\n");
+  const CliRun hilo = run("omaha hutchison 3s3h3d4c --hilo");
+  EXPECT_EQ(hilo.exit_code, 0) << hilo.err;
+  EXPECT_NE(hilo.out.find("count:  Hutchison points, Hi/Lo\n"), std::string::npos) << hilo.out;
+  EXPECT_NE(hilo.out.find("three treys"), std::string::npos) << hilo.out;
+  EXPECT_NE(hilo.out.find("points: 11.5\n"), std::string::npos) << hilo.out;
+}
+
+TEST(CliOmahaHutchison, JsonHasTheStagesAndTheirSteps) {
+  const CliRun high = run("omaha hutchison AcKcQcJc --json");
+  EXPECT_EQ(high.exit_code, 0) << high.err;
+  EXPECT_EQ(high.out.front(), '{');
+  for (const char* field :
+       {"\"count\": \"high\"", "\"points\": 21", "\"name\": \"suits\"", "\"reason\": \"four clubs\"", "\"points\": -2"})
+    EXPECT_NE(high.out.find(field), std::string::npos) << field << " in " << high.out;
+  const CliRun hilo = run("omaha hutchison AcAdKhKs --hilo --json");
+  EXPECT_EQ(hilo.exit_code, 0) << hilo.err;
+  for (const char* field :
+       {"\"count\": \"hilo\"", "\"points\": 1000.0", "\"high_only\": true", "\"name\": \"four high cards\""})
+    EXPECT_NE(hilo.out.find(field), std::string::npos) << field << " in " << hilo.out;
+}
+
+TEST(CliOmahaHutchison, BadInputIsOneLineAndExitCodeTwo) {
+  const std::pair<const char*, const char*> cases[] = {
+      {"omaha hutchison As Ah Ks", "expected 4 cards in an Omaha starting hand, got 3"},
+      {"omaha hutchison AsAhKsKhQd --hilo", "expected 4 cards in an Omaha starting hand, got 5"},
+      {"omaha hutchison As As Ks Kh", "duplicate card 'As' at position 2"},
+      {"omaha hutchison Ax Ah Ks Kh", "bad card 'Ax' at position 1"},
+      {"omaha hutchison", "hand is required"},
+  };
+  for (auto [args, message] : cases) {
+    const CliRun r = run(args);
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+    EXPECT_TRUE(r.out.empty()) << args;
+  }
+}
+
 }  // namespace

@@ -139,4 +139,48 @@ struct OmahaNuts {
 // Throws Error unless the board has 3 to 5 distinct cards and shares none with `dead`.
 OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead = {});
 
+// ---- low hands and Hutchison points ----
+
+// The best eight-or-better low of 4 to 6 hole cards with 3 to 5 board cards, made of exactly two
+// hole and three board cards: d5*10000 + d4*1000 + d3*100 + d2*10 + d1 for its ranks d1 < ... < d5
+// with the ace as 1; SMALLER is the better low (54321 = 5-4-3-2-A), 0 = no low. Throws Error for
+// another count, a code outside 0..51 or a repeated card.
+int omaha_low(std::span<const int> hole, std::span<const int> board);
+
+// A low value as players write it, highest card first: 54321 -> "5-4-3-2-A", 0 -> "no low". Throws
+// Error for a number that is not five distinct ranks 1..8 in that layout.
+std::string omaha_low_to_string(int low);
+
+// One step of a Hutchison count: what it saw and the points it gave (negative for a suit of three or
+// more; zero where a rule looked and found nothing worth points).
+struct HutchisonItem {
+  std::string reason;  // e.g. "two spades, ace high", "pair of kings", "K A: span 1, ace on top: 8 - 4"
+  double points = 0;
+};
+
+// One stage of a Hutchison count; points is the sum of its items.
+struct HutchisonStage {
+  std::string name;  // "suits", "pairs", "straight potential", "ace with low cards"; Hi/Lo: "low
+                     // cards", "further cards", "pairs and trips", "suits", or "four high cards"
+  double points = 0;
+  std::vector<HutchisonItem> items;
+};
+
+// A Hutchison count of a four-card starting hand, stage by stage, in the order they are counted.
+struct HutchisonCount {
+  double total = 0;        // the sum of the stages: HutchisonPointsOmaha or HutchisonPointsOmahaHL
+  bool high_only = false;  // Hi/Lo only: four cards ten or higher; total is 1000.0 (play for the
+                           // high alone) or 0.0, and the one stage says why
+  std::vector<HutchisonStage> stages;
+};
+
+// Hutchison points (a whole number, never negative) of exactly four distinct cards: suits, pairs,
+// straight potential and an ace with low cards. Throws Error for another count, a code outside
+// 0..51 or a repeated card.
+HutchisonCount hutchison_points(std::span<const int> hand);
+
+// The Hi/Lo count (half points) of exactly four distinct cards: low cards, further cards, pairs and
+// trips, suits; or for four high cards the marker 1000.0 or 0.0. Throws Error like hutchison_points.
+HutchisonCount hutchison_points_hilo(std::span<const int> hand);
+
 }  // namespace pokermath

@@ -2,8 +2,8 @@
 #pragma once
 
 #include "pokermath/cards.h"
-#include "pokermath/eval.h"
 #include "pokermath/equity.h"
+#include "pokermath/eval.h"
 #include "pokermath/omaha.h"
 #include "pokermath/ranges.h"
 #include "pokermath/records.h"

@@ -1,0 +1,339 @@
+// Omaha lows: the searches, the kept in-place slot sort of the four-card river search, the nut
+// low, low outs, the display classification, the sharing of a low half and the pokermath:: API.
+#include <gtest/gtest.h>
+
+#include "reference_low.h"
+#include "test_util.h"
+
+namespace {
+
+using test_util::cards;
+using test_util::names;
+
+struct Deal {
+  std::vector<int> hole, board;
+  Deal(const std::string& h, const std::string& b) : hole(cards(h)), board(cards(b)) {}
+  int n_hole() const { return static_cast<int>(hole.size()); }
+  int n_board() const { return static_cast<int>(board.size()); }
+  std::string text() const { return names(hole) + " on " + names(board); }
+};
+
+int general_low(const Deal& d) {
+  return SetLowValueCombinationOmahaCommon(d.hole.data(), d.n_hole(), d.board.data(), d.n_board());
+}
+
+int deck_low(const Deal& d) {
+  static PokerLogic logic;
+  CDeck deck;
+  for (int c : d.hole) deck.AddCard(CCard(c));
+  for (int c : d.board) deck.AddCard(CCard(c));
+  deck.m_lowValue = -7;  // cleared first
+  deck.SetLowValueCombinationOmaha(logic);
+  return deck.m_lowValue;
+}
+
+const PokerLogic& logic() {
+  static const PokerLogic instance;
+  return instance;
+}
+
+// ---- the searches --------------------------------------------------------------------------------
+
+TEST(OmahaLow, ValuesOfKnownDeals) {
+  const std::tuple<const char*, const char*, int> cases[] = {
+      {"Ah 2c Kd Ks", "3h 4d 5c Kh Qs", 54321},  // A-2 with 3-4-5: the best low there is
+      {"Ah Ac 2c 2d", "3h 4d 9c Th Js", 0},      // two low board cards make no low
+      {"Ah 2c 3d 4s", "Ad 2h 8c 9s Kd", 84321},  // only 3-4 with A-2-8: the hole's A-2 are paired
+      {"8c 7d Kd Ks", "6h 5d 4c Kh Qs", 87654},  // the worst qualifying low
+      {"8c 9d Kd Ks", "6h 5d 4c Kh Qs", 0},      // a nine never plays
+      {"Ac 2d 3h 4s", "5c 6d 7d", 76521},        // a flop: the best two of four low hole cards
+      {"Ac 2d Ks Qs Jh Th", "3c 4d 5h", 54321},  // six hole cards
+      {"Ac Kd Ks Qs Jh", "2c 3d 4h 5s", 0},      // one low card in the hole is not enough
+      {"4c 5d Ks Qs", "Ac 2d 3h 3s", 54321},     // a paired board still has three low ranks
+      {"Ac 2d Ks Qs", "3c 3d 4h 4s 5c", 54321},  // ...and so has a double-paired river
+      {"Ac 2d Ks Qs", "3c 3d 4h 4s 9c", 0},      // ...but not this one
+  };
+  for (const auto& [hole, board, expected] : cases) {
+    const Deal d(hole, board);
+    EXPECT_EQ(general_low(d), expected) << d.text();
+    EXPECT_EQ(pokermath::omaha_low(d.hole, d.board), expected) << d.text();
+    if (d.n_hole() == 4 && d.n_board() == 5) {
+      EXPECT_EQ(logic().SetLowValueCombinationOmaha(d.hole.data(), d.board.data()), expected) << d.text();
+      EXPECT_EQ(deck_low(d), expected) << d.text();
+    }
+  }
+}
+
+TEST(OmahaLow, GeneralSearchNeedsTwoHoleAndThreeToFiveBoardCards) {
+  const Deal d("Ac 2d 3h 4s 5c 6d", "7c 8d 6s Ks Qs Jh");  // lows everywhere
+  EXPECT_EQ(SetLowValueCombinationOmahaCommon(d.hole.data(), 1, d.board.data(), 5), 0);
+  EXPECT_EQ(SetLowValueCombinationOmahaCommon(d.hole.data(), 2, d.board.data(), 2), 0);
+  EXPECT_EQ(SetLowValueCombinationOmahaCommon(d.hole.data(), 2, d.board.data(), 6), 0);
+  EXPECT_EQ(SetLowValueCombinationOmahaCommon(d.hole.data(), 2, d.board.data(), 3), 87621);
+  EXPECT_EQ(SetLowValueCombinationOmahaCommon(d.hole.data(), 6, d.board.data(), 3), 87621);  // 8-7-6 on board
+}
+
+TEST(OmahaLow, DeckSearchNeedsSevenCardsAndReadsTheBoardFromCardFour) {
+  EXPECT_EQ(deck_low(Deal("Ac 2d Ks Qs", "3c 4d")), 0);         // six cards: cleared, nothing searched
+  EXPECT_EQ(deck_low(Deal("Ac 2d Ks Qs", "3c 4d 5h")), 54321);  // a flop
+  EXPECT_EQ(deck_low(Deal("Ac 2d Ks Qs", "9c 3c 4d 5h")), 54321);
+  EXPECT_EQ(deck_low(Deal("Ks Qs Ac 2d", "3c 4d 5h")), 54321);  // any two of the first four
+  EXPECT_EQ(deck_low(Deal("Ks Qs Jc 2d", "3c 4d 5h Ac")), 0);   // never card four as a hole card
+}
+
+// ---- the kept in-place slot sort ------------------------------------------------------------------
+
+// The four-card river search sorts its five level slots in place when a low is complete and leaves
+// them sorted; the next cards of the inner levels then meet the sorted contents.
+//
+// Jd As Kc 8d on 9h 3h 2s 5c 4c. The only low hole cards are A and 8, so every legal low is A-8 with
+// three of 3 2 5 4: the best is 8-4-3-2-A. The slot search: slots (A, 8) for the hole pair; 3, 2, 5
+// from the board complete A 8 3 2 5, sorted in place to 1 2 3 5 8 (8-5-3-2-A). The fifth level moves
+// on to the 4c and overwrites the last slot, which now holds the 8: 1 2 3 5 4 is a low, 5-4-3-2-A,
+// made of one hole card and four board cards.
+//
+// 4c 6h 2d Ks on Ac Js 3d 8c Ts. The best legal low is 4-2 with A-3-8, 8-4-3-2-A. The slot search
+// first completes 4 6 A 3 8 and sorts it to 1 3 4 6 8 (8-6-4-3-A). Within hole card 4, the next pair
+// 4-2 writes only the second slot (2 joins 1, the slot that held the 4), and the board's ace is then
+// refused as a repeat of slot 1. 4-2 never meets A-3-8; the best found is 6-2 with A-3-8, 8-6-3-2-A.
+TEST(OmahaLowSlotSort, DocumentedDealsKeepTheSortedSlotAnswers) {
+  const std::tuple<const char*, const char*, int, int> cases[] = {
+      // hole, board, general search, slot sort
+      {"Jd As Kc 8d", "9h 3h 2s 5c 4c", 84321, 54321},  // better than any legal low
+      {"4c 6h 2d Ks", "Ac Js 3d 8c Ts", 84321, 86321},  // misses the best legal low
+  };
+  for (const auto& [hole, board, general, sorted] : cases) {
+    const Deal d(hole, board);
+    EXPECT_EQ(general_low(d), general) << d.text();
+    EXPECT_EQ(reference::omaha_low(d.hole, d.board), general) << d.text();
+    EXPECT_EQ(logic().SetLowValueCombinationOmaha(d.hole.data(), d.board.data()), sorted) << d.text();
+    EXPECT_EQ(deck_low(d), sorted) << d.text();
+  }
+}
+
+// Searches random river deals for differences between the two searches. The slot sort only ever
+// reshuffles ranks that the deal holds, so its answer is a low of five of the deal's low ranks; and
+// it finds some low exactly when a legal one exists (the first low is found before any sorting).
+// It can answer both better than every legal low and worse than the best one.
+TEST(OmahaLowSlotSort, SearchFindsDealsWhereItDiffersBothWays) {
+  std::mt19937 engine(31337);
+  int differences = 0, better = 0, worse = 0;
+  for (int i = 0; i < 200000 && differences < 500; ++i) {
+    int c[9];
+    test_util::random_cards(engine, 9, c);
+    const Deal d(names({c[0], c[1], c[2], c[3]}), names({c[4], c[5], c[6], c[7], c[8]}));
+    const int general = general_low(d);
+    const int sorted = logic().SetLowValueCombinationOmaha(d.hole.data(), d.board.data());
+    ASSERT_EQ(sorted == 0, general == 0) << d.text();
+    if (sorted == general) continue;
+    ++differences;
+    (sorted < general ? better : worse) += 1;
+    const unsigned deal_ranks = [&] {
+      unsigned bits = 0;
+      for (int card : c) bits |= 1u << reference::low_rank(card);
+      return bits;
+    }();
+    unsigned low_ranks = 0;
+    for (int value = sorted; value > 0; value /= 10) low_ranks |= 1u << (value % 10);
+    EXPECT_EQ(reference::low_of_rank_bits(low_ranks), sorted) << d.text() << ": " << sorted;
+    EXPECT_EQ(low_ranks & ~deal_ranks, 0u) << d.text() << ": " << sorted;
+    EXPECT_EQ(deck_low(d), sorted) << d.text();
+  }
+  EXPECT_EQ(differences, 500);
+  EXPECT_GT(better, 0);
+  EXPECT_GT(worse, 0);
+}
+
+// ---- nut low and outs ------------------------------------------------------------------------------
+
+// Two-card holdings of unseen cards whose low beats mine, counted from the reference.
+int better_two_card_lows(const Deal& d) {
+  const int mine = reference::omaha_low(d.hole, d.board);
+  const uint64_t seen = ArrayToInt64(d.n_hole(), d.hole.data()) | ArrayToInt64(d.n_board(), d.board.data());
+  int better = 0;
+  for (int a = 0; a < 52; ++a)
+    for (int b = a + 1; b < 52; ++b) {
+      if (seen & ((uint64_t{1} << a) | (uint64_t{1} << b))) continue;
+      const int two[2] = {a, b};
+      const int low = reference::omaha_low(two, d.board);
+      better += low != 0 && low < mine;
+    }
+  return better;
+}
+
+TEST(OmahaLowNuts, CountsTheTwoCardHoldingsWithABetterLow) {
+  const auto nuts = [](const Deal& d) {
+    return logic().IsMyHandNutsOmahaLow(d.hole.data(), d.n_hole(), d.board.data(), d.n_board());
+  };
+  EXPECT_EQ(nuts(Deal("Ah 2c Kd Ks", "3h 4d 5c Kh Qs")), 0);  // the wheel
+  // 6-5-4-3-2: beaten by A-2 (6-5-4-2-A) and A-6 (6-5-4-3-A), four aces with three deuces and three
+  // sixes: 24 holdings. Another 2-6 ties and is not counted.
+  EXPECT_EQ(nuts(Deal("2c 6c Kd Ks", "3h 4h 5h Kh Qh")), 24);
+  EXPECT_EQ(nuts(Deal("Ac Ad Kd Ks", "3h 4h 5h Kh Qh")), 1);  // no low is never the nut low
+  EXPECT_EQ(nuts(Deal("Ac 2d Kd Ks", "3h 4h")), -5);
+  EXPECT_EQ(logic().IsMyHandNutsOmahaLow(cards("Ac2dKdKs").data(), 4, cards("3h4h5h6h7h8h").data(), 6), -5);
+
+  std::mt19937 engine(5);
+  for (int i = 0; i < test_util::sweep_size(300, 20); ++i) {
+    const std::vector<int> c = test_util::random_cards(engine, 4 + 3 + i % 3);
+    const Deal d(names({c.begin(), c.begin() + 4}), names({c.begin() + 4, c.end()}));
+    const int expected = reference::omaha_low(d.hole, d.board) == 0 ? 1 : better_two_card_lows(d);
+    EXPECT_EQ(nuts(d), expected) << d.text();
+  }
+}
+
+TEST(OmahaLowOuts, CountsCardsThatMakeALowAndCardsThatMakeTheNutLow) {
+  const auto outs = [](const Deal& d, int& outs, int& nut_outs) {
+    return logic().getOutsOmahaLow(d.hole.data(), d.n_hole(), d.board.data(), d.n_board(), outs, nut_outs);
+  };
+  int o = -1, n = -1;
+  // 2-3 on a 4-5 flop: any ace, six, seven or eight makes a low (16 cards); only the aces make the
+  // nut low (5-4-3-2-A); 6-5-4-3-2 loses to, and so on.
+  EXPECT_EQ(outs(Deal("2c 3d Kd Ks", "4h 5h Kh"), o, n), 1);
+  EXPECT_EQ(o, 16);
+  EXPECT_EQ(n, 4);
+  // A made low counts no outs, but every river that keeps it the nuts is a nut out: all 44.
+  EXPECT_EQ(outs(Deal("Ac 2d Kd Ks", "3h 4h 5h Kh"), o, n), 1);
+  EXPECT_EQ(o, 0);
+  EXPECT_EQ(n, 44);
+  // Paired low hole cards: 3-3 cannot make a low, whatever comes.
+  EXPECT_EQ(outs(Deal("3c 3d Kd Ks", "4h 5h 6h"), o, n), 1);
+  EXPECT_EQ(o, 0);
+  EXPECT_EQ(n, 0);
+
+  o = n = -1;
+  EXPECT_EQ(outs(Deal("2c 3d Kd Ks", "4h 5h Kh Qh Jh"), o, n), -5);  // a river has no outs
+  EXPECT_EQ(outs(Deal("2c 3d Kd Ks", "4h 5h"), o, n), -5);
+  EXPECT_EQ(o, -1);  // untouched
+  EXPECT_EQ(n, -1);
+}
+
+TEST(OmahaLowOuts, CountLowCardsClassifiesTheHolding) {
+  struct Result {
+    int code, low_or_outs, nut_outs;
+    double probability;
+  };
+  const auto count = [](const Deal& d) {
+    Result r{0, -1, -1, -1.0};
+    r.code = logic().CountLowCards(d.hole.data(), d.n_hole(), d.board.data(), d.n_board(), r.low_or_outs, r.nut_outs,
+                                   r.probability);
+    return r;
+  };
+  const auto untouched = [](const Result& r) {
+    return r.low_or_outs == -1 && r.nut_outs == -1 && r.probability == -1.0;
+  };
+
+  // The board cannot make a low: 0, outputs untouched.
+  for (const char* board : {"Kh Qh Jh", "Ah Ad Kh Qh", "3h 4h 4d Kh Qh", "3h 9h Td"}) {
+    const Result r = count(Deal("Ac 2d 3s 4s", board));
+    EXPECT_EQ(r.code, board == std::string("3h 9h Td") ? 3 : 0) << board;  // one low rank on a flop may still grow
+    if (r.code == 0) {
+      EXPECT_TRUE(untouched(r)) << board;
+    }
+  }
+  // The hand cannot: fewer than two distinct low ranks in the hole.
+  const Result no_hand = count(Deal("Ac Ad Ks Qs", "3h 4h 5h"));
+  EXPECT_EQ(no_hand.code, 1);
+  EXPECT_TRUE(untouched(no_hand));
+  // A made low.
+  const Result made = count(Deal("Ac 2d Ks Qs", "3h 4h 7h"));
+  EXPECT_EQ(made.code, 2);
+  EXPECT_EQ(made.low_or_outs, 74321);
+  EXPECT_EQ(made.nut_outs, -1);
+  // Drawing: 16 outs of 45 unseen cards, 4 to the nuts (as in the outs test).
+  const Result draw = count(Deal("2c 3d Kd Ks", "4h 5h Kh"));
+  EXPECT_EQ(draw.code, 3);
+  EXPECT_EQ(draw.low_or_outs, 16);
+  EXPECT_EQ(draw.nut_outs, 4);
+  EXPECT_DOUBLE_EQ(draw.probability, 16.0 / 45.0);
+  // Counterfeited: three low board ranks, but the hole's 3-4 pair the board.
+  const Result counterfeit = count(Deal("3c 4d Ks Qs", "3h 4h 8h Kh Qh"));
+  EXPECT_EQ(counterfeit.code, 100);
+  EXPECT_EQ(counterfeit.low_or_outs, 0);
+  EXPECT_EQ(counterfeit.nut_outs, -1);
+}
+
+// ---- sharing the low half -----------------------------------------------------------------------------
+
+TEST(OmahaLowShares, TiedBestLowsShareAndZeroIsNoLow) {
+  double hero = -1;
+  double others[4] = {-1, -1, -1, -1};
+  const int tie[] = {54321, 0, 65432};
+  EXPECT_EQ(WinLowSummary(54321, tie, 3, hero, others), 1);
+  EXPECT_EQ(hero, 0.5);
+  EXPECT_EQ(others[0], 0.5);
+  EXPECT_EQ(others[1], 0.0);
+  EXPECT_EQ(others[2], 0.0);
+
+  const int better[] = {87654, 76543, 76543, 0};  // the hero has no low: two others split it
+  EXPECT_EQ(WinLowSummary(0, better, 4, hero, others), 1);
+  EXPECT_EQ(hero, 0.0);
+  EXPECT_EQ(others[0], 0.0);
+  EXPECT_EQ(others[1], 0.5);
+  EXPECT_EQ(others[2], 0.5);
+  EXPECT_EQ(others[3], 0.0);
+
+  const int worse[] = {87654};  // 0 is no low, never the best
+  EXPECT_EQ(WinLowSummary(86432, worse, 1, hero, others), 1);
+  EXPECT_EQ(hero, 1.0);
+  EXPECT_EQ(others[0], 0.0);
+
+  EXPECT_EQ(WinLowSummary(54321, nullptr, 0, hero, others), 1);  // alone
+  EXPECT_EQ(hero, 1.0);
+
+  std::vector<int> ten(9, 65432);
+  std::vector<double> shares(9, -1);
+  EXPECT_EQ(WinLowSummary(65432, ten.data(), 9, hero, shares.data()), 1);
+  EXPECT_DOUBLE_EQ(hero, 0.1);
+  for (double share : shares) EXPECT_DOUBLE_EQ(share, 0.1);
+}
+
+TEST(OmahaLowShares, NobodyWithALowReturnsZeroAndWritesNothing) {
+  double hero = -1;
+  double others[3] = {-1, -1, -1};
+  const int none[] = {0, 0, 0};
+  EXPECT_EQ(WinLowSummary(0, none, 3, hero, others), 0);
+  EXPECT_EQ(hero, -1);
+  for (double share : others) EXPECT_EQ(share, -1);
+}
+
+// ---- the pokermath:: API ---------------------------------------------------------------------------
+
+TEST(OmahaLowApi, RefusesBadInputNamingIt) {
+  const auto message = [](const std::vector<int>& hole, const std::vector<int>& board) {
+    try {
+      pokermath::omaha_low(hole, board);
+    } catch (const pokermath::Error& e) {
+      return std::string(e.what());
+    }
+    return std::string("no error");
+  };
+  EXPECT_EQ(message(cards("Ac2d3h"), cards("4c5d6h")), "expected 4 to 6 hole cards, got 3");
+  EXPECT_EQ(message(cards("Ac2d3h4s5c6d7h"), cards("8c9dTh")), "expected 4 to 6 hole cards, got 7");
+  EXPECT_EQ(message(cards("Ac2d3h4s"), cards("4c5d")), "expected 3 to 5 board cards, got 2");
+  EXPECT_EQ(message(cards("Ac2d3h4s"), cards("4c5d6h7h8h9h")), "expected 3 to 5 board cards, got 6");
+  EXPECT_EQ(message({12, 13, 52, 1}, cards("4c5d6h")), "bad card code 52 at hole position 3: must be 0..51");
+  EXPECT_EQ(message(cards("Ac2d3h4s"), {2, -1, 5}), "bad card code -1 at board position 2: must be 0..51");
+  EXPECT_EQ(message({12, 13, 12, 1}, cards("4c5d6h")), "duplicate card 'Ac' at hole position 3");
+  EXPECT_EQ(message(cards("Ac2d3h4s"), {3, 4, 3}), "duplicate card '5c' at board position 3");
+  EXPECT_EQ(message(cards("Ac2d3h4s"), cards("5c6c3h")), "card '3h' at board position 3 is also in the hole");
+}
+
+TEST(OmahaLowApi, LowValuesReadHighestCardFirst) {
+  EXPECT_EQ(pokermath::omaha_low_to_string(54321), "5-4-3-2-A");
+  EXPECT_EQ(pokermath::omaha_low_to_string(87654), "8-7-6-5-4");
+  EXPECT_EQ(pokermath::omaha_low_to_string(86432), "8-6-4-3-2");
+  EXPECT_EQ(pokermath::omaha_low_to_string(0), "no low");
+  for (int bad : {12345, 54320, 94321, 55321, 654321, 4321, -54321, 1})
+    EXPECT_THROW(pokermath::omaha_low_to_string(bad), pokermath::Error) << bad;
+  // Every value the search can produce reads back.
+  int shown = 0;
+  for (unsigned bits = 0; bits < 512; bits += 2)  // bit 0 is no rank
+    if (const int low = reference::low_of_rank_bits(bits)) {
+      EXPECT_EQ(pokermath::omaha_low_to_string(low).size(), 9u) << low;
+      ++shown;
+    }
+  EXPECT_EQ(shown, 56);  // C(8, 5) lows
+}
+
+}  // namespace
