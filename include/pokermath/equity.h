@@ -25,3 +25,21 @@ double EquityHandVsRandomCommon(const int* hero, int h, const int* board, int bo
 // Monte Carlo pre-flop against one random hand of as many cards as the hero mask holds, ranked by
 // "omaha-7.bin"; hiLo != 0 splits the pot with the eight-or-better low. Percent.
 double RiverEquityHandVsRandomOnPreFlopCommon(uint64_t hero, int trials, int& ms, int hiLo);
+
+// ---- the pokermath:: pre-flop table file ----------------------------------------------------------
+namespace pokermath {
+
+// Writes logic.m_equityTable to `path` as a pre-flop table file (records of hero key, villain key
+// and twice the hero's wins, in key order), under a temporary name that is then renamed. Throws
+// Error, writing nothing, when an entry could not be loaded back (a key that is not a hand key, two
+// hands sharing a card, a value outside 1..3,424,608) or when the file cannot be written.
+void save_preflop_table(const PokerLogic& logic, const std::filesystem::path& path);
+
+// Replaces logic.m_equityTable with the pre-flop table file at `path` and returns its entry count.
+// Throws Error naming the file, and the record when one is at fault, when the file is missing or
+// unreadable, its length is not a multiple of 12, or a record has a key that is not a hand key
+// (lower card x 64 + higher card, codes 0..51), hands sharing a card, a value outside
+// 1..3,424,608 or a key pair seen before; the table is then left as it was. Shows no messages.
+size_t load_preflop_table(PokerLogic& logic, const std::filesystem::path& path);
+
+}  // namespace pokermath

@@ -162,13 +162,36 @@ class PokerLogic {
   double getProbabilityOfWinBySpectrWithFlopToTurn(const int* hole, const int* flop, const Spec& range) const;
 
   // ---- pre-flop, turn and five-card combination tables and their files ----
+  // Equity files are 12-byte records (hero key, villain key, value), combination files 8-byte
+  // records (key, class), little-endian int32, in key order (docs/equity.md). A file that cannot be
+  // opened or written is reported with "Error: Can not open file %s"; results stay as listed.
+
+  // Writes every pre-flop entry with a positive value; others are skipped silently. Returns 1.
   int save_equity_table(CString path) const;
+  // Adds the file's records to the pre-flop table (a key pair already there keeps its value; a
+  // record whose value is not positive shows "load_equity_table %d %d %d" and is skipped). Returns
+  // 0, showing "You need to download file %s", when the file is missing; else 1.
   int load_equity_table(CString path);
+  // Writes every turn entry with a positive value; each other one shows "save_equity_table %d %d
+  // %d" (the pre-flop words, kept on purpose) and is left out. Returns 1.
   int save_equity_turn_table(CString path) const;
+  // load_equity_table for the turn table, read one record at a time, with the same messages.
   int load_equity_turn_table(CString path);
+  // Writes the text report, one line per matchup whose key pair has no positive value in the
+  // pre-flop table ("%10d %2d %2d %s %s VS " "%2d %2d %s %s " "%.1lf %.1lf %.3lf%%\n": number from
+  // 1, hero codes and names, villain codes and names, wins, boards, percent from GetWinHandVsHand),
+  // flushed every 100 lines; the table is not changed. An existing file is left untouched and
+  // nothing is computed ("Error: Can not open file %s"). Returns 0.
   int generate_equity_table(CString path) const;
+  // Imports a report into the turn table: value = integer part of (boards - wins) x 2 + 0.01, the
+  // complement of the hero's wins (kept on purpose), stored when positive and new; stops after line
+  // 1,624,350. Returns 1 when a report was read; 0 when there was none (an empty file is created).
   int generate_equity_turn_table(CString path);
+  // Writes every combination entry with a positive class. Returns 1.
   int save_PokerCombinations_table(CString path) const;
+  // Loads a complete file of 20,791,680 bytes (a class below 1 shows "load_PokerCombinations_table
+  // %d %d" and is skipped) and returns 1; otherwise computes eval_5hand_fast of all 2,598,960 hands,
+  // saves them to path and returns 0. The table is cleared first either way.
   int generate_PokerCombinations_table(CString path);
 
   // ---- tables of the equity engines ----

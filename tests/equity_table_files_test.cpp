@@ -1,0 +1,478 @@
+// The pre-flop, turn and five-card combination tables of PokerLogic: their files and messages, the
+// equity report and its import, and the pokermath:: pre-flop table file. No large table is needed:
+// the report lines here are answered from the table or by GetWinHandVsHand's symmetric shortcut.
+#include <gtest/gtest.h>
+
+#include <cstdio>
+#include <fstream>
+#include <random>
+#include <sstream>
+
+#include "pokermath/pokermath.h"
+#include "temp_dir.h"
+#include "test_util.h"
+
+namespace {
+
+using EquityTable = std::map<std::pair<int, int>, int>;
+using test_util::TempDir;
+
+constexpr int kRiverBoards = 1712304;
+
+// Collects every ShowMessage text while it lives.
+class Messages {
+ public:
+  Messages() : m_previous(SetMessageHandler([this](const CString& text) { m_texts.push_back(text); })) {}
+  ~Messages() { SetMessageHandler(m_previous); }
+  const std::vector<CString>& texts() const { return m_texts; }
+
+ private:
+  MessageHandler m_previous;
+  std::vector<CString> m_texts;
+};
+
+CString wide(const std::filesystem::path& path) { return pokermath::widen(path.string()); }
+
+std::string file_bytes(const std::filesystem::path& path) {
+  std::ifstream in(path, std::ios::binary);
+  std::ostringstream bytes;
+  bytes << in.rdbuf();
+  return bytes.str();
+}
+
+std::vector<std::string> file_lines(const std::filesystem::path& path) {
+  std::ifstream in(path);
+  std::vector<std::string> lines;
+  for (std::string line; std::getline(in, line);) lines.push_back(line);
+  return lines;
+}
+
+// Little-endian int32 fields, written out byte by byte.
+std::string record(std::initializer_list<int32_t> fields) {
+  std::string bytes;
+  for (const int32_t field : fields)
+    for (int b = 0; b < 4; ++b) bytes += static_cast<char>(static_cast<uint32_t>(field) >> (8 * b) & 0xFF);
+  return bytes;
+}
+
+int hand_key(int low, int high) { return low * 64 + high; }
+
+// Every matchup of the report in its order: hero c1 < c2, then villain c3 < c4 sharing no card.
+template <typename Visit>
+void for_each_matchup(Visit visit) {
+  for (int c1 = 0; c1 < 51; ++c1)
+    for (int c2 = c1 + 1; c2 < 52; ++c2)
+      for (int c3 = 0; c3 < 51; ++c3)
+        for (int c4 = c3 + 1; c4 < 52; ++c4)
+          if (c3 != c1 && c3 != c2 && c4 != c1 && c4 != c2) visit(c1, c2, c3, c4);
+}
+
+// The matchups GetWinHandVsHand answers with half the boards: a pair against the same pair, and
+// two suited hands of the same ranks.
+bool symmetric(int c1, int c2, int c3, int c4) {
+  const int h1 = c1 % 13, h2 = c2 % 13, v1 = c3 % 13, v2 = c4 % 13;
+  if (h1 == h2 && v1 == v2 && h1 == v1) return true;
+  return c1 / 13 == c2 / 13 && c3 / 13 == c4 / 13 && h1 == v1 && h2 == v2;
+}
+
+// A report line built from the documented pieces.
+std::string report_line(int number, int c1, int c2, int c3, int c4, double wins, double boards) {
+  auto name = [](int card) { return pokermath::card_to_string(card); };
+  char text[160];
+  std::snprintf(text, sizeof text, "%10d %2d %2d %s %s VS %2d %2d %s %s %.1lf %.1lf %.3lf%%", number, c1, c2,
+                name(c1).c_str(), name(c2).c_str(), c3, c4, name(c3).c_str(), name(c4).c_str(), wins, boards,
+                wins / boards * 100);
+  return text;
+}
+
+// ---- equity table files ------------------------------------------------------------------------
+
+TEST(EquityTableFiles, AMissingFileIsReportedAndLoadsNothing) {
+  TempDir dir;
+  const CString path = wide(dir / "absent.dat");
+  PokerLogic logic;
+  Messages messages;
+  EXPECT_EQ(logic.load_equity_table(path), 0);
+  EXPECT_EQ(logic.load_equity_turn_table(path), 0);
+  EXPECT_EQ(messages.texts(),
+            (std::vector<CString>{L"You need to download file " + path, L"You need to download file " + path}));
+  EXPECT_TRUE(logic.m_equityTable.empty());
+  EXPECT_TRUE(logic.m_equityTurnTable.empty());
+}
+
+TEST(EquityTableFiles, RecordsWithoutAPositiveValueAreReportedAndSkipped) {
+  // Keys are not checked by the classic loaders; a last record cut short is ignored.
+  TempDir dir;
+  test_util::write_bytes(dir / "t.dat", record({1, 2, 7}) + record({5, 70, 0}) + record({3, 4, -9}) +
+                                            record({6, 7, 0x12345678}) + std::string(5, '\x01'));
+  const EquityTable expected = {{{1, 2}, 7}, {{6, 7}, 0x12345678}};
+  const std::vector<CString> warnings = {L"load_equity_table 5 70 0", L"load_equity_table 3 4 -9"};
+  {
+    PokerLogic logic;
+    Messages messages;
+    EXPECT_EQ(logic.load_equity_table(wide(dir / "t.dat")), 1);
+    EXPECT_EQ(logic.m_equityTable, expected);
+    EXPECT_EQ(messages.texts(), warnings);
+  }
+  {
+    // The turn loader reports with the same words.
+    PokerLogic logic;
+    Messages messages;
+    EXPECT_EQ(logic.load_equity_turn_table(wide(dir / "t.dat")), 1);
+    EXPECT_EQ(logic.m_equityTurnTable, expected);
+    EXPECT_EQ(messages.texts(), warnings);
+  }
+}
+
+TEST(EquityTableFiles, LoadingAddsToTheTableAndTheFirstValueWins) {
+  TempDir dir;
+  test_util::write_bytes(dir / "t.dat", record({70, 200, 11}) + record({5, 70, 12}) + record({5, 70, 13}));
+  for (const bool turn : {false, true}) {
+    PokerLogic logic;
+    EquityTable& table = turn ? logic.m_equityTurnTable : logic.m_equityTable;
+    auto load = [&] {
+      return turn ? logic.load_equity_turn_table(wide(dir / "t.dat")) : logic.load_equity_table(wide(dir / "t.dat"));
+    };
+    table[{70, 200}] = 99;  // already there: kept
+    table[{1, 2}] = 3;      // not in the file: kept
+    ASSERT_EQ(load(), 1);
+    const EquityTable once = table;
+    EXPECT_EQ(once, (EquityTable{{{1, 2}, 3}, {{5, 70}, 12}, {{70, 200}, 99}})) << "turn " << turn;
+    ASSERT_EQ(load(), 1);
+    EXPECT_EQ(table, once) << "turn " << turn;
+  }
+}
+
+TEST(EquityTableFiles, SavingWritesPositiveEntriesInKeyOrder) {
+  TempDir dir;
+  PokerLogic logic;
+  const EquityTable table = {{{900, 5}, 1}, {{5, 900}, -4}, {{5, 70}, 3424608}, {{5, 69}, 0}, {{3, 2000}, 0x01020304}};
+  logic.m_equityTable = logic.m_equityTurnTable = table;
+  const std::string expected = record({3, 2000, 0x01020304}) + record({5, 70, 3424608}) + record({900, 5, 1});
+  Messages messages;
+  EXPECT_EQ(logic.save_equity_table(wide(dir / "pre.dat")), 1);
+  EXPECT_TRUE(messages.texts().empty());
+  EXPECT_EQ(logic.save_equity_turn_table(wide(dir / "turn.dat")), 1);
+  EXPECT_EQ(messages.texts(), (std::vector<CString>{L"save_equity_table 5 69 0", L"save_equity_table 5 900 -4"}));
+  EXPECT_EQ(file_bytes(dir / "pre.dat"), expected);
+  EXPECT_EQ(file_bytes(dir / "turn.dat"), expected);
+}
+
+TEST(EquityTableFiles, SaveLoadSaveIsByteIdentical) {
+  TempDir dir;
+  std::mt19937 engine(43);
+  PokerLogic original;
+  while (original.m_equityTable.size() < 20000)
+    original.m_equityTable[{static_cast<int>(engine() % 3316), static_cast<int>(engine() % 3316)}] =
+        1 + static_cast<int>(engine() % 0x7FFFFFFF);
+  original.m_equityTurnTable = original.m_equityTable;
+  ASSERT_EQ(original.save_equity_table(wide(dir / "a.dat")), 1);
+  ASSERT_EQ(original.save_equity_turn_table(wide(dir / "c.dat")), 1);
+
+  PokerLogic copy;
+  ASSERT_EQ(copy.load_equity_table(wide(dir / "a.dat")), 1);
+  ASSERT_EQ(copy.load_equity_turn_table(wide(dir / "c.dat")), 1);
+  EXPECT_EQ(copy.m_equityTable, original.m_equityTable);
+  EXPECT_EQ(copy.m_equityTurnTable, original.m_equityTurnTable);
+  ASSERT_EQ(copy.save_equity_table(wide(dir / "b.dat")), 1);
+  ASSERT_EQ(copy.save_equity_turn_table(wide(dir / "d.dat")), 1);
+  const std::string bytes = file_bytes(dir / "a.dat");
+  EXPECT_EQ(bytes.size(), 20000u * 12);
+  EXPECT_EQ(file_bytes(dir / "b.dat"), bytes);
+  EXPECT_EQ(file_bytes(dir / "c.dat"), bytes);
+  EXPECT_EQ(file_bytes(dir / "d.dat"), bytes);
+}
+
+// ---- the equity report and its import --------------------------------------------------------------
+
+// A PokerLogic whose pre-flop table holds every matchup except the 1,014 symmetric ones (value 1),
+// so that a report needs no enumeration.
+const PokerLogic& logic_missing_symmetric_matchups() {
+  static const std::unique_ptr<PokerLogic> logic = [] {
+    auto l = std::make_unique<PokerLogic>();
+    EquityTable& table = l->m_equityTable;
+    // The report's order is ascending key order, so each entry goes at the end.
+    for_each_matchup([&](int c1, int c2, int c3, int c4) {
+      if (!symmetric(c1, c2, c3, c4)) table.emplace_hint(table.end(), std::pair{hand_key(c1, c2), hand_key(c3, c4)}, 1);
+    });
+    return l;
+  }();
+  return *logic;
+}
+
+TEST(EquityReport, WritesOnlyTheMatchupsWithoutAPositiveValueNumberedInOrder) {
+  PokerLogic logic = logic_missing_symmetric_matchups();
+  ASSERT_EQ(logic.m_equityTable.size(), 1624350u - 1014);
+  // A value that is not positive does not count as present: the line is written, with the value.
+  logic.m_equityTable[{hand_key(0, 1), hand_key(2, 3)}] = 0;
+  logic.m_equityTable[{hand_key(0, 1), hand_key(2, 4)}] = -3;
+
+  TempDir dir;
+  Messages messages;
+  EXPECT_EQ(logic.generate_equity_table(wide(dir / "report.txt")), 0);
+  EXPECT_TRUE(messages.texts().empty());
+  const std::vector<std::string> lines = file_lines(dir / "report.txt");
+  ASSERT_EQ(lines.size(), 1016u);
+  EXPECT_EQ(lines[0], "         1  0  1 2c 3c VS  2  3 4c 5c 0.0 1712304.0 0.000%");
+  EXPECT_EQ(lines[1], "         2  0  1 2c 3c VS  2  4 4c 6c -1.5 1712304.0 -0.000%");
+  EXPECT_EQ(lines[2], "         3  0  1 2c 3c VS 13 14 2d 3d 856152.0 1712304.0 50.000%");
+  EXPECT_EQ(lines[1015], "      1016 50 51 Ks As VS 37 38 Kh Ah 856152.0 1712304.0 50.000%");
+
+  size_t next = 2;
+  for_each_matchup([&](int c1, int c2, int c3, int c4) {
+    if (!symmetric(c1, c2, c3, c4) || next >= lines.size()) return;
+    EXPECT_EQ(lines[next], report_line(static_cast<int>(next + 1), c1, c2, c3, c4, kRiverBoards / 2, kRiverBoards));
+    ++next;
+  });
+  EXPECT_EQ(next, lines.size());
+  EXPECT_EQ(logic.m_equityTable.size(), 1624350u - 1014) << "the report does not fill the table";
+}
+
+TEST(EquityReport, AnExistingFileIsLeftUntouched) {
+  TempDir dir;
+  test_util::write_bytes(dir / "report.txt", "hours of work\n");
+  PokerLogic logic;
+  Messages messages;
+  EXPECT_EQ(logic.generate_equity_table(wide(dir / "report.txt")), 0);
+  EXPECT_EQ(file_bytes(dir / "report.txt"), "hours of work\n");
+  EXPECT_EQ(messages.texts(), std::vector<CString>{L"Error: Can not open file " + wide(dir / "report.txt")});
+  EXPECT_EQ(logic.generate_equity_table(wide(dir / "no" / "such" / "dir.txt")), 0);
+  EXPECT_EQ(messages.texts().size(), 2u);
+}
+
+TEST(EquityReport, ImportStoresTheComplementOfTheWinsUntilTheLastMatchup) {
+  TempDir dir;
+  PokerLogic logic;
+  // No report yet: an empty one is created and nothing is imported.
+  EXPECT_EQ(logic.generate_equity_turn_table(wide(dir / "report.txt")), 0);
+  EXPECT_TRUE(std::filesystem::exists(dir / "report.txt"));
+  EXPECT_EQ(file_bytes(dir / "report.txt"), "");
+  EXPECT_EQ(logic.generate_equity_turn_table(wide(dir / "report.txt")), 1);
+  EXPECT_TRUE(logic.m_equityTurnTable.empty());
+
+  test_util::write_bytes(dir / "report.txt",
+                         "         1  0  1 2c 3c VS  2  3 4c 5c 60000.5 194580.0 30.836%\n"
+                         "         2  0  1 2c 3c VS  2  3 4c 5c 100.0 194580.0 0.051%\n"  // pair seen: kept first
+                         "         3  0  1 2c 3c VS  2  4 4c 6c 194580.0 194580.0 100.000%\r\n"  // complement 0
+                         "not a report line\n"
+                         "         5  0  1 2c 3c VS  2  9 4c Jc\n"  // cut short by an interrupted run
+                         "         6  0  1 2c 3c VS  2  5 4c 7c 97290.0 194580.0 50.000%\r\n"
+                         "   1624350 50 51 Ks As VS 48 49 Js Qs 0.5 194580.0 0.000%\n"
+                         "   1624351  0  1 2c 3c VS  2  6 4c 8c 0.0 194580.0 0.000%\n");
+  Messages messages;
+  EXPECT_EQ(logic.generate_equity_turn_table(wide(dir / "report.txt")), 1);
+  EXPECT_TRUE(messages.texts().empty());
+  EXPECT_EQ(logic.m_equityTurnTable, (EquityTable{{{hand_key(0, 1), hand_key(2, 3)}, 269159},
+                                                  {{hand_key(0, 1), hand_key(2, 5)}, 194580},
+                                                  {{hand_key(50, 51), hand_key(48, 49)}, 389159}}));
+  EXPECT_TRUE(logic.m_equityTable.empty());
+}
+
+TEST(EquityReport, AGeneratedReportImportsAsItsComplement) {
+  PokerLogic logic = logic_missing_symmetric_matchups();
+  TempDir dir;
+  ASSERT_EQ(logic.generate_equity_table(wide(dir / "report.txt")), 0);
+  ASSERT_EQ(logic.generate_equity_turn_table(wide(dir / "report.txt")), 1);
+  EquityTable expected;
+  for_each_matchup([&](int c1, int c2, int c3, int c4) {
+    if (symmetric(c1, c2, c3, c4)) expected[{hand_key(c1, c2), hand_key(c3, c4)}] = kRiverBoards;
+  });
+  EXPECT_EQ(logic.m_equityTurnTable, expected);
+}
+
+// ---- the five-card combination table ------------------------------------------------------------------
+
+int combination_key(const int* c) { return (((c[0] * 64 + c[1]) * 64 + c[2]) * 64 + c[3]) * 64 + c[4]; }
+
+class CombinationTable : public ::testing::Test {
+ protected:
+  static constexpr int64_t kFileBytes = 20791680;
+
+  // One computed table and its file, shared by the tests.
+  static void SetUpTestSuite() {
+    s_dir = new TempDir;
+    s_logic = new PokerLogic;
+    Messages messages;
+    s_computed = s_logic->generate_PokerCombinations_table(wide(path()));
+    s_messages = messages.texts().size();
+    s_bytes = file_bytes(path());
+  }
+  static void TearDownTestSuite() {
+    delete s_logic;
+    delete s_dir;
+  }
+  static std::filesystem::path path() { return *s_dir / "combinations.dat"; }
+
+  static inline TempDir* s_dir = nullptr;
+  static inline PokerLogic* s_logic = nullptr;
+  static inline int s_computed = -1;
+  static inline size_t s_messages = 0;
+  static inline std::string s_bytes;
+};
+
+TEST_F(CombinationTable, HoldsTheClassOfEveryFiveCardHandInKeyOrder) {
+  EXPECT_EQ(s_computed, 0);
+  EXPECT_EQ(s_messages, 0u);
+  const std::map<int, int>& table = s_logic->m_combinations;
+  ASSERT_EQ(table.size(), 2598960u);
+  auto it = table.begin();
+  int64_t mismatches = 0;
+  int c[5];
+  for (c[0] = 0; c[0] < 48; ++c[0])
+    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
+      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
+        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
+          for (c[4] = c[3] + 1; c[4] < 52; ++c[4], ++it) {
+            int w[5];
+            for (int i = 0; i < 5; ++i) w[i] = static_cast<int>(pokermath::prime_word(c[i]));
+            if (it->first == combination_key(c) && it->second == eval_5hand_fast(w[0], w[1], w[2], w[3], w[4]))
+              continue;
+            if (++mismatches < 5)
+              ADD_FAILURE() << test_util::names(std::vector<int>(c, c + 5)) << ": entry " << it->first << " -> "
+                            << it->second;
+          }
+  EXPECT_EQ(mismatches, 0);
+}
+
+TEST_F(CombinationTable, FileHoldsEveryEntryAsAnEightByteRecord) {
+  ASSERT_EQ(static_cast<int64_t>(s_bytes.size()), kFileBytes);
+  // 2c3c4c5c6c (key 270,532) is the 6-high straight flush, class 9; TsJsQsKsAs the royal flush.
+  EXPECT_EQ(s_bytes.substr(0, 8), record({270532, 9}));
+  const int royal[5] = {47, 48, 49, 50, 51};
+  EXPECT_EQ(s_bytes.substr(s_bytes.size() - 8), record({combination_key(royal), 1}));
+  std::string expected;
+  expected.reserve(s_bytes.size());
+  for (const auto& [key, rank] : s_logic->m_combinations) expected += record({key, rank});
+  EXPECT_TRUE(expected == s_bytes);
+}
+
+TEST_F(CombinationTable, ACompleteFileIsLoaded) {
+  PokerLogic logic;
+  logic.m_combinations[1] = 5;  // cleared first
+  Messages messages;
+  EXPECT_EQ(logic.generate_PokerCombinations_table(wide(path())), 1);
+  EXPECT_TRUE(messages.texts().empty());
+  EXPECT_TRUE(logic.m_combinations == s_logic->m_combinations);
+}
+
+TEST_F(CombinationTable, AFileOneRecordShortIsRecomputedAndRewritten) {
+  TempDir dir;
+  test_util::write_bytes(dir / "short.dat", s_bytes.substr(0, s_bytes.size() - 8));
+  PokerLogic logic;
+  EXPECT_EQ(logic.generate_PokerCombinations_table(wide(dir / "short.dat")), 0);
+  EXPECT_TRUE(logic.m_combinations == s_logic->m_combinations);
+  EXPECT_TRUE(file_bytes(dir / "short.dat") == s_bytes);
+}
+
+TEST_F(CombinationTable, RecordsWithoutAClassAreReportedAndSkipped) {
+  TempDir dir;
+  std::string bytes = s_bytes;
+  bytes.replace(4, 4, record({0}));           // the class of the first record
+  bytes.replace(12, 4, record({-3}));         // and of the second
+  bytes.replace(16, 4, bytes.substr(24, 4));  // the third record repeats the fourth's key: the first wins
+  test_util::write_bytes(dir / "bad.dat", bytes);
+  PokerLogic logic;
+  Messages messages;
+  EXPECT_EQ(logic.generate_PokerCombinations_table(wide(dir / "bad.dat")), 1);
+  const int first_key = 270532, second_key = 270533;
+  EXPECT_EQ(messages.texts(), (std::vector<CString>{L"load_PokerCombinations_table 270532 0",
+                                                    L"load_PokerCombinations_table 270533 -3"}));
+  EXPECT_EQ(logic.m_combinations.size(), 2598960u - 3);
+  EXPECT_FALSE(logic.m_combinations.contains(first_key));
+  EXPECT_FALSE(logic.m_combinations.contains(second_key));
+  const int third_key = 270534, fourth_key = 270535;
+  EXPECT_FALSE(logic.m_combinations.contains(third_key));
+  EXPECT_EQ(logic.m_combinations.at(fourth_key), s_logic->m_combinations.at(third_key));
+
+  // Saving leaves out classes below 1.
+  logic.m_combinations[first_key] = 0;
+  EXPECT_EQ(logic.save_PokerCombinations_table(wide(dir / "saved.dat")), 1);
+  EXPECT_EQ(std::filesystem::file_size(dir / "saved.dat"), (2598960u - 3) * 8);
+}
+
+// ---- the pokermath:: pre-flop table file ---------------------------------------------------------------
+
+TEST(PreflopTableFile, RoundTripsTheClassicFormat) {
+  TempDir dir;
+  PokerLogic logic;
+  logic.m_equityTable = {{{hand_key(0, 1), hand_key(2, 3)}, 1},
+                         {{hand_key(12, 25), hand_key(11, 24)}, 2800000},
+                         {{hand_key(50, 51), hand_key(48, 49)}, 3424608}};
+  Messages messages;
+  pokermath::save_preflop_table(logic, dir / "pre.dat");
+  ASSERT_EQ(logic.save_equity_table(wide(dir / "classic.dat")), 1);
+  EXPECT_EQ(file_bytes(dir / "pre.dat"), file_bytes(dir / "classic.dat"));
+  EXPECT_FALSE(std::filesystem::exists(dir / "pre.dat.tmp"));
+
+  PokerLogic loaded;
+  loaded.m_equityTable[{1, 2}] = 5;  // replaced
+  EXPECT_EQ(pokermath::load_preflop_table(loaded, dir / "pre.dat"), 3u);
+  EXPECT_EQ(loaded.m_equityTable, logic.m_equityTable);
+  EXPECT_TRUE(messages.texts().empty());
+}
+
+TEST(PreflopTableFile, RefusesMissingAndDamagedFilesNamingTheRecord) {
+  TempDir dir;
+  const int k05 = hand_key(0, 5), k16 = hand_key(1, 6);
+  const std::string good = record({k05, k16, 1000});
+  const struct {
+    std::string bytes, error;
+  } cases[] = {
+      {good + "x", "its 13 bytes are not a whole number of 12-byte records"},
+      {good + record({5, 70, 0}), "record 2 (5, 70, 0): value 0 is not in 1..3424608"},
+      {record({k05, k16, 3424609}), "record 1 (5, 70, 3424609): value 3424609 is not in 1..3424608"},
+      {record({64, k16, 1}), "record 1 (64, 70, 1): hero key 64 is not a hand key"},  // 1 then 0: not ordered
+      {record({52, k16, 1}), "record 1 (52, 70, 1): hero key 52 is not a hand key"},  // no card 52
+      {record({-1, k16, 1}), "hero key -1 is not a hand key"},
+      {record({k05, 3 * 64 + 3, 1}), "record 1 (5, 195, 1): villain key 195 is not a hand key"},
+      {record({k05, hand_key(5, 9), 1}), "record 1 (5, 329, 1): the hands share a card"},
+      {good + good, "record 2 (5, 70, 1000): the key pair repeats an earlier record"},
+  };
+  Messages messages;
+  for (const auto& c : cases) {
+    test_util::write_bytes(dir / "bad.dat", c.bytes);
+    PokerLogic logic;
+    logic.m_equityTable[{1, 2}] = 5;
+    try {
+      pokermath::load_preflop_table(logic, dir / "bad.dat");
+      ADD_FAILURE() << "accepted: " << c.error;
+    } catch (const pokermath::Error& e) {
+      const std::string what = e.what();
+      EXPECT_NE(what.find((dir / "bad.dat").string()), std::string::npos) << what;
+      EXPECT_NE(what.find(c.error), std::string::npos) << what;
+    }
+    EXPECT_EQ(logic.m_equityTable, (EquityTable{{{1, 2}, 5}})) << c.error;
+  }
+  PokerLogic logic;
+  try {
+    pokermath::load_preflop_table(logic, dir / "absent.dat");
+    ADD_FAILURE() << "loaded a missing file";
+  } catch (const pokermath::Error& e) {
+    EXPECT_EQ(std::string(e.what()), "pre-flop table file '" + (dir / "absent.dat").string() + "' is missing");
+  }
+  EXPECT_TRUE(messages.texts().empty());
+}
+
+TEST(PreflopTableFile, SavingRefusesEntriesThatCouldNotBeLoadedBackAndUnwritablePaths) {
+  TempDir dir;
+  PokerLogic logic;
+  logic.m_equityTable = {{{hand_key(0, 1), hand_key(2, 3)}, 10}, {{hand_key(0, 5), hand_key(1, 6)}, 0}};
+  try {
+    pokermath::save_preflop_table(logic, dir / "pre.dat");
+    ADD_FAILURE() << "saved a value of 0";
+  } catch (const pokermath::Error& e) {
+    EXPECT_EQ(std::string(e.what()), "cannot save pre-flop table entry (5, 70, 0): value 0 is not in 1..3424608");
+  }
+  EXPECT_FALSE(std::filesystem::exists(dir / "pre.dat"));
+
+  logic.m_equityTable.erase({hand_key(0, 5), hand_key(1, 6)});
+  const auto unwritable = dir / "no" / "such" / "pre.dat";
+  try {
+    pokermath::save_preflop_table(logic, unwritable);
+    ADD_FAILURE() << "saved into a missing directory";
+  } catch (const pokermath::Error& e) {
+    EXPECT_EQ(std::string(e.what()), "cannot write pre-flop table file '" + unwritable.string() + "'");
+  }
+}
+
+}  // namespace
