@@ -7,6 +7,7 @@
 
 namespace pokermath::cli {
 
+void add_equity_command(CLI::App& app);
 void add_eval_command(CLI::App& app);
 void add_tables_command(CLI::App& app);
 void add_payout_command(CLI::App& app);

@@ -16,6 +16,9 @@ case: "As", "td", "10h". Several cards may be written together or apart:
 Ranges are classes and runs such as "QQ+,AKs,A2s+,KQo" (pokermath range --help).
 
 Examples:
+  pokermath equity AsKs QhQd
+  pokermath equity AsKs "QQ+,AKs,A5s-A2s"
+  pokermath equity AhKh random --board Qh7h2c
   pokermath eval As Ks Qs Js Ts
   pokermath eval AhAd 7c7s 2h Kd --json
   pokermath eval --game shortdeck Ah 6d 7c 8s 9h
@@ -36,6 +39,7 @@ int main(int argc, char** argv) {
   app.footer(kFooter);
   app.set_version_flag("--version", "pokermath " + std::string(pokermath::version()), "Print the version and exit");
   app.require_subcommand(1);
+  pokermath::cli::add_equity_command(app);
   pokermath::cli::add_eval_command(app);
   pokermath::cli::add_tables_command(app);
   pokermath::cli::add_payout_command(app);

@@ -104,6 +104,7 @@ template <typename Visit>
 void for_each_completion(uint64_t dead, int missing, Visit visit) {
   int cards[5];
   auto level = [&](auto& self, int depth, int first) -> void {
+    if (depth >= 5) return;  // at most five missing cards
     for (int c = first; c < 52; ++c) {
       if (dead >> c & 1) continue;
       cards[depth] = c;

@@ -1,7 +1,7 @@
 // Hold'em hand-against-hand and hand-against-random equity, the PokerLogic members.
 #include <algorithm>
 
-#include "equity/board_walk.h"
+#include "equity/holdem_exact.h"
 #include "pokermath/equity.h"
 
 using namespace pokermath::detail;
@@ -10,33 +10,6 @@ namespace {
 
 constexpr int kRiverBoards = 1712304;  // five-card boards once four hole cards are known
 constexpr int kTurnBoards = 194580;    // four-card boards
-
-// Hero's wins (ties as halves) and the boards over every completion by `missing` cards, from the
-// seven-card table. Two hole cards each and no board: missing 5 reaches seven cards; missing 4
-// reaches six, whose value sits in entry 0 of the six-card block.
-template <int Missing>
-void hand_vs_hand(const uint32_t* HR, const int* hero, const int* villain, double& wins, double& boards) {
-  const uint32_t states[2] = {table_state(HR, hero, 2), table_state(HR, villain, 2)};
-  const uint64_t dead = one_based_mask(hero, 2) | one_based_mask(villain, 2);
-  const AliveCodes codes(dead);
-  uint64_t twice_wins = 0, count = 0;
-  walk_seven_card_table_rows(HR, states, 2, dead, Missing, [&](const uint32_t* s, int first) {
-    const uint32_t* hero_row = HR + s[0];
-    const uint32_t* villain_row = HR + s[1];
-    uint32_t block_wins = 0, block_count = 0;
-    for (int x = first; x <= 52; ++x) {
-      uint32_t h = hero_row[x], v = villain_row[x];
-      if constexpr (Missing == 4) h = HR[h], v = HR[v];  // six cards: the value is entry 0 of the block
-      const uint32_t alive = codes.alive[x];
-      block_wins += alive * ((h > v) * 2 + (h == v));
-      block_count += alive;
-    }
-    twice_wins += block_wins;
-    count += block_count;
-  });
-  wins = static_cast<double>(twice_wins) * 0.5;
-  boards = static_cast<double>(count);
-}
 
 int hand_key(const int* hand) { return std::min(hand[0], hand[1]) * 64 + std::max(hand[0], hand[1]); }
 
@@ -112,12 +85,16 @@ double PokerLogic::getProbabilityOfWin(const int* hole, const int* board, int bo
 
 void PokerLogic::getProbabilityOfWinWithNoBoard(const int* hero, const int* villain, double& wins,
                                                 double& boards) const {
-  hand_vs_hand<5>(m_HR.data(), hero, villain, wins, boards);
+  const HeadsUpCounts counts = heads_up_counts(m_HR.data(), hero, villain, nullptr, 0, 0);
+  wins = static_cast<double>(counts.wins) + 0.5 * static_cast<double>(counts.ties);
+  boards = static_cast<double>(counts.boards);
 }
 
 void PokerLogic::getProbabilityOfWinWithNoBoardToTurn(const int* hero, const int* villain, double& wins,
                                                       double& boards) const {
-  hand_vs_hand<4>(m_HR.data(), hero, villain, wins, boards);
+  const HeadsUpCounts counts = heads_up_counts(m_HR.data(), hero, villain, nullptr, 0, 0, true);
+  wins = static_cast<double>(counts.wins) + 0.5 * static_cast<double>(counts.ties);
+  boards = static_cast<double>(counts.boards);
 }
 
 int PokerLogic::GetWinHandVsHand(const int* hero, const int* villain, double& wins, double& boards) const {

@@ -1,44 +1,18 @@
 // The pokermath program as a user runs it: output, JSON, help, version and exit codes.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
 #include <unistd.h>
 
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
+#include "cli_run.h"
 #include "temp_dir.h"
 
 namespace {
 
-struct CliRun {
-  int exit_code = -1;
-  std::string out, err;
-};
-
-std::string slurp(const std::filesystem::path& path) {
-  std::ifstream in(path);
-  std::stringstream s;
-  s << in.rdbuf();
-  return s.str();
-}
-
-CliRun run(const std::string& args) {
-  const auto dir = std::filesystem::temp_directory_path();
-  const std::string tag = std::to_string(::getpid());
-  const auto out = dir / ("pokermath_cli_out_" + tag), err = dir / ("pokermath_cli_err_" + tag);
-  const std::string command = std::string(POKERMATH_CLI) + " " + args + " >" + out.string() + " 2>" + err.string();
-  const int status = std::system(command.c_str());
-  CliRun r;
-  r.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-  r.out = slurp(out);
-  r.err = slurp(err);
-  std::filesystem::remove(out);
-  std::filesystem::remove(err);
-  return r;
-}
-
-int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+using cli_run::CliRun;
+using cli_run::lines;
+using cli_run::run;
 
 TEST(Cli, EvalPrintsClassCategoryBestFiveAndWords) {
   const CliRun r = run("eval As Ks Qs Js Ts");

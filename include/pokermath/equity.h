@@ -42,4 +42,52 @@ void save_preflop_table(const PokerLogic& logic, const std::filesystem::path& pa
 // 1..3,424,608 or a key pair seen before; the table is then left as it was. Shows no messages.
 size_t load_preflop_table(PokerLogic& logic, const std::filesystem::path& path);
 
+// ---- the pokermath:: equity API ---------------------------------------------------------------
+
+// How an equity is computed: exactly (every deal counted once), by Monte Carlo, or Auto (exact when
+// the work is small enough to take about a second, otherwise Monte Carlo).
+enum class EquityMethod { Auto, Exact, MonteCarlo };
+
+// One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
+// parse_range) or "random". Cards on the board and dead cards belong to nobody.
+struct EquityRequest {
+  std::vector<std::string> players;  // two or more (at most 10)
+  std::vector<int> board;            // 0, 3, 4 or 5 card codes
+  std::vector<int> dead;             // cards out of play
+  EquityMethod method = EquityMethod::Auto;
+  int64_t trials = 1000000;        // Monte Carlo: the most trials
+  uint64_t seed = 1;               // Monte Carlo: the same seed gives the same result
+  int time_ms = 0;                 // Monte Carlo: stop after this many milliseconds (0: no limit)
+  std::filesystem::path data_dir;  // where the tables live (empty: default_data_directory())
+  TableProgress progress;          // reports table generation on first use
+};
+
+// A player's result. Win: the share of deals the player wins alone; tie: the share the player
+// splits; equity: the share of the pot, a split pot divided evenly. All 0..1.
+struct PlayerEquity {
+  std::string hand;  // the player's text as given
+  double win = 0;    // NaN when only the equity is known (answered from the pre-flop table)
+  double tie = 0;    // NaN likewise
+  double equity = 0;
+  double std_error = 0;  // Monte Carlo: the standard error of equity; 0 when exact
+};
+
+struct EquityResult {
+  std::vector<PlayerEquity> players;
+  bool exact = false;       // every deal counted (or answered from an exact table)
+  bool from_table = false;  // answered from the pre-flop equity table
+  double deals = 0;         // deals counted: boards x hand combinations (exact) or trials (Monte Carlo)
+  double seconds = 0;
+};
+
+// Computes the equity of every player. Throws Error for a bad hand or range (naming it), a card
+// used twice among hands, board and dead cards, a range left empty by the known cards, fewer than
+// two or more than ten players, more players than the deck allows, or a board of 1, 2 or 6+ cards.
+EquityResult compute_equity(const EquityRequest& request);
+
+// The pre-flop equity table of all 1,624,350 ordered two-card matchups, computed exactly (each of
+// the 93,769 classes equal up to suits once, in parallel) and saved as "OrvalisPC.dat" in `dir`.
+// Returns true when it was written (false when a valid file is already there and !force).
+bool generate_preflop_table(const std::filesystem::path& dir, bool force = false, const TableProgress& progress = {});
+
 }  // namespace pokermath

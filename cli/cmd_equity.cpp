@@ -1,0 +1,144 @@
+// pokermath equity PLAYER PLAYER...: win, tie and equity of hands, ranges and random hands.
+#include <cmath>
+#include <cstdio>
+#include <iostream>
+#include <nlohmann/json.hpp>
+
+#include "commands.h"
+#include "pokermath/pokermath.h"
+#include "progress.h"
+
+namespace pokermath::cli {
+
+namespace {
+
+struct EquityOptions {
+  std::vector<std::string> players;
+  std::string board, dead, data_dir;
+  int table_size = 0;
+  bool exact = false, monte_carlo = false, json = false;
+  int64_t trials = 1000000;
+  uint64_t seed = 1;
+  int time_ms = 0;
+};
+
+std::string percent(double fraction) {
+  if (std::isnan(fraction)) return "-";
+  char text[32];
+  std::snprintf(text, sizeof text, "%.2f%%", fraction * 100);
+  return text;
+}
+
+// 1712304 -> "1,712,304".
+std::string with_commas(double count) {
+  const std::string digits = std::to_string(static_cast<int64_t>(count));
+  std::string out;
+  for (size_t i = 0; i < digits.size(); ++i) {
+    if (i > 0 && (digits.size() - i) % 3 == 0) out.push_back(',');
+    out.push_back(digits[i]);
+  }
+  return out;
+}
+
+void run_equity(const EquityOptions& o) {
+  EquityRequest request;
+  request.players = o.players;
+  if (o.table_size > 0) {
+    if (o.table_size < static_cast<int>(o.players.size()))
+      throw Error("--players " + std::to_string(o.table_size) + " is fewer than the " +
+                  std::to_string(o.players.size()) + " hands given");
+    request.players.resize(static_cast<size_t>(o.table_size), "random");
+  }
+  request.board = parse_cards(o.board);
+  request.dead = parse_cards(o.dead);
+  request.method = o.exact ? EquityMethod::Exact : o.monte_carlo ? EquityMethod::MonteCarlo : EquityMethod::Auto;
+  if (o.trials < 1) throw Error("--trials must be at least 1");
+  request.trials = o.trials;
+  request.seed = o.seed;
+  request.time_ms = o.time_ms;
+  if (!o.data_dir.empty()) request.data_dir = o.data_dir;
+  request.progress = stderr_progress();
+  const EquityResult result = compute_equity(request);
+
+  const std::string method =
+      result.from_table ? "exact, from the pre-flop table"
+      : result.exact    ? "exact, " + with_commas(result.deals) + " deals"
+                        : "Monte Carlo, " + with_commas(result.deals) + " trials, seed " + std::to_string(o.seed);
+  if (o.json) {
+    using Json = nlohmann::ordered_json;
+    auto number = [](double x) { return std::isnan(x) ? Json(nullptr) : Json(x); };
+    Json players = Json::array();
+    for (const PlayerEquity& p : result.players)
+      players.push_back({{"hand", p.hand},
+                         {"win", number(p.win)},
+                         {"tie", number(p.tie)},
+                         {"equity", p.equity},
+                         {"std_error", p.std_error}});
+    std::cout << Json{{"method", result.exact ? "exact" : "monte-carlo"},
+                      {"from_table", result.from_table},
+                      {"deals", result.deals},
+                      {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
+                      {"seconds", result.seconds},
+                      {"board", parse_cards(o.board).empty() ? Json::array() : Json(cards_to_string(request.board))},
+                      {"players", players}}
+                     .dump(2)
+              << "\n";
+    return;
+  }
+  std::cout << "method:  " << method << "\n";
+  if (!request.board.empty()) std::cout << "board:   " << cards_to_string(request.board) << "\n";
+  if (!request.dead.empty()) std::cout << "dead:    " << cards_to_string(request.dead) << "\n";
+  size_t width = 6;
+  for (const PlayerEquity& p : result.players) width = std::max(width, p.hand.size());
+  std::cout << "\n"
+            << std::string("player") << std::string(width - 6 + 2, ' ') << "     win      tie   equity"
+            << (result.exact ? "" : "   std error") << "\n";
+  for (const PlayerEquity& p : result.players) {
+    char line[160];
+    std::snprintf(line, sizeof line, "%-*s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
+                  percent(p.win).c_str(), percent(p.tie).c_str(), percent(p.equity).c_str());
+    std::cout << line;
+    if (!result.exact) {
+      std::snprintf(line, sizeof line, "   %9s", percent(p.std_error).c_str());
+      std::cout << line;
+    }
+    std::cout << "\n";
+  }
+  char time[64];
+  std::snprintf(time, sizeof time, "\ntime:    %.3f s\n", result.seconds);
+  std::cout << time;
+}
+
+}  // namespace
+
+void add_equity_command(CLI::App& app) {
+  auto o = std::make_shared<EquityOptions>();
+  CLI::App* equity = app.add_subcommand("equity", "Win, tie and equity of hands, ranges and random hands");
+  equity->footer(
+      "Each PLAYER is a hand (AsKs), a range (\"QQ+,AKs,A5s-A2s\", \"KQ\" meaning suited and offsuit) or\n"
+      "random. Equity is the share of the pot, a split pot divided evenly; win and tie are the shares\n"
+      "of deals won alone and split.\n\n"
+      "By default the answer is exact when that takes about a second at most, otherwise Monte Carlo;\n"
+      "the output says which. Heads-up pre-flop questions are answered from the pre-flop table when\n"
+      "'pokermath tables --preflop' has built it.\n\n"
+      "Examples:\n"
+      "  pokermath equity AsKs QhQd\n"
+      "  pokermath equity AsKs \"QQ+,AKs,A5s-A2s\"\n"
+      "  pokermath equity AhKh random --board Qh7h2c\n"
+      "  pokermath equity AsAd --players 4 --monte-carlo --trials 200000 --seed 7");
+  equity->add_option("players", o->players, "Two or more hands, ranges or 'random'")->required();
+  equity->add_option("--board", o->board, "0, 3, 4 or 5 board cards, e.g. Qh7h2c");
+  equity->add_option("--dead", o->dead, "Cards out of play");
+  equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands");
+  auto* exact = equity->add_flag("--exact", o->exact, "Count every deal, however long it takes");
+  auto* mc = equity->add_flag("--monte-carlo", o->monte_carlo, "Sample random deals");
+  exact->excludes(mc);
+  equity->add_option("--trials", o->trials, "Monte Carlo: the most trials (default 1000000)");
+  equity->add_option("--seed", o->seed, "Monte Carlo: the random seed; the same seed, the same result (default 1)");
+  equity->add_option("--time-ms", o->time_ms, "Monte Carlo: stop after this many milliseconds");
+  equity->add_option("--data-dir", o->data_dir, "Where the tables are kept (default: the data directory)");
+  equity->add_flag("--json", o->json, "Print one JSON object");
+  equity->callback([o] { run_equity(*o); });
+}
+
+}  // namespace pokermath::cli

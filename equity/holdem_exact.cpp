@@ -1,0 +1,86 @@
+#include "equity/holdem_exact.h"
+
+#include <algorithm>
+
+#include "equity/board_walk.h"
+
+namespace pokermath::detail {
+
+namespace {
+
+template <bool ToTurn>
+HeadsUpCounts heads_up(const uint32_t* HR, const int* hero, const int* villain, const int* board, int boardCount,
+                       uint64_t dead_cards) {
+  const uint32_t given = table_state(HR, board, boardCount);
+  auto advance = [&](uint32_t p, int c) { return HR[p + static_cast<uint32_t>(pokermath::one_based_code(c))]; };
+  const uint32_t states[2] = {advance(advance(given, hero[0]), hero[1]),
+                              advance(advance(given, villain[0]), villain[1])};
+  uint64_t dead = one_based_mask(hero, 2) | one_based_mask(villain, 2) | one_based_mask(board, boardCount);
+  for (int c = 0; c < 52; ++c)
+    if (dead_cards >> c & 1) dead |= uint64_t{1} << pokermath::one_based_code(c);
+  const AliveCodes codes(dead);
+  HeadsUpCounts counts;
+  const int missing = (ToTurn ? 4 : 5) - boardCount;
+  auto sweep = [&](const uint32_t* s, int first) {
+    const uint32_t* hero_row = HR + s[0];
+    const uint32_t* villain_row = HR + s[1];
+    uint32_t wins = 0, ties = 0, boards = 0;
+    for (int x = first; x <= 52; ++x) {
+      uint32_t h = hero_row[x], v = villain_row[x];
+      if constexpr (ToTurn) h = HR[h], v = HR[v];  // six cards: the value is entry 0 of the block
+      const uint32_t alive = codes.alive[x];
+      wins += alive & (h > v);
+      ties += alive & (h == v);
+      boards += alive;
+    }
+    counts.wins += wins;
+    counts.ties += ties;
+    counts.boards += boards;
+  };
+  if (missing == 0) {
+    const uint32_t h = ToTurn ? HR[states[0]] : states[0], v = ToTurn ? HR[states[1]] : states[1];
+    counts = {h > v, h == v, 1};
+  } else {
+    walk_seven_card_table_rows(HR, states, 2, dead, missing, sweep);
+  }
+  return counts;
+}
+
+}  // namespace
+
+HeadsUpCounts heads_up_counts(const uint32_t* HR, const int* hero, const int* villain, const int* board, int boardCount,
+                              uint64_t dead_cards, bool to_turn) {
+  return to_turn ? heads_up<true>(HR, hero, villain, board, boardCount, dead_cards)
+                 : heads_up<false>(HR, hero, villain, board, boardCount, dead_cards);
+}
+
+void add_multiway_counts(const uint32_t* HR, const std::array<int, 2>* hands, int players, const int* board,
+                         int boardCount, uint64_t dead_cards, MultiwayCounts& counts) {
+  counts.wins.resize(players);
+  counts.ties.resize(players);
+  counts.share_units.resize(players);
+  const uint32_t given = table_state(HR, board, boardCount);
+  uint32_t states[kMaxWalkPlayers];
+  uint64_t dead = one_based_mask(board, boardCount);
+  for (int c = 0; c < 52; ++c)
+    if (dead_cards >> c & 1) dead |= uint64_t{1} << pokermath::one_based_code(c);
+  for (int p = 0; p < players; ++p) {
+    states[p] = given;
+    for (int i = 0; i < 2; ++i)
+      states[p] = HR[states[p] + static_cast<uint32_t>(pokermath::one_based_code(hands[p][i]))];
+    dead |= one_based_mask(hands[p].data(), 2);
+  }
+  walk_seven_card_table(HR, states, players, dead, 5 - boardCount, [&](const uint32_t* values) {
+    const uint32_t best = *std::max_element(values, values + players);
+    int k = 0;
+    for (int p = 0; p < players; ++p) k += values[p] == best;
+    for (int p = 0; p < players; ++p) {
+      if (values[p] != best) continue;
+      (k == 1 ? counts.wins : counts.ties)[p] += 1;
+      counts.share_units[p] += kShareUnit / k;
+    }
+    ++counts.boards;
+  });
+}
+
+}  // namespace pokermath::detail

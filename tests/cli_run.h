@@ -1,0 +1,46 @@
+// Runs the pokermath program (POKERMATH_CLI) as a user would and collects what it printed.
+#pragma once
+
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+namespace cli_run {
+
+struct CliRun {
+  int exit_code = -1;
+  std::string out, err;
+};
+
+inline std::string slurp(const std::filesystem::path& path) {
+  std::ifstream in(path);
+  std::stringstream s;
+  s << in.rdbuf();
+  return s.str();
+}
+
+// `pokermath ARGS` through the shell, stdout and stderr captured separately.
+inline CliRun run(const std::string& args) {
+  const auto dir = std::filesystem::temp_directory_path();
+  const std::string tag = std::to_string(::getpid());
+  const auto out = dir / ("pokermath_cli_out_" + tag), err = dir / ("pokermath_cli_err_" + tag);
+  const std::string command = std::string(POKERMATH_CLI) + " " + args + " >" + out.string() + " 2>" + err.string();
+  const int status = std::system(command.c_str());
+  CliRun r;
+  r.exit_code = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+  r.out = slurp(out);
+  r.err = slurp(err);
+  std::filesystem::remove(out);
+  std::filesystem::remove(err);
+  return r;
+}
+
+inline int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+}  // namespace cli_run

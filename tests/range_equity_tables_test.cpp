@@ -1,0 +1,147 @@
+// Hold'em equity against a range: collisions, dispatch, the parallel no-board form and the
+// exhaustive forms against a plain walk written here.
+#include <omp.h>
+
+#include <cmath>
+
+#include "tables_fixture.h"
+#include "test_util.h"
+
+namespace {
+
+using test_util::cards;
+
+PokerLogic& logic() { return const_cast<PokerLogic&>(tables_fixture::logic_with_table()); }
+
+Spec range_of(const std::vector<std::pair<const char*, const char*>>& combos) {
+  Spec spec;
+  for (auto [a, b] : combos) spec.AddCard(pokermath::parse_card(a), pokermath::parse_card(b));
+  return spec;
+}
+
+int seven_class(int h0, int h1, const int* board) {
+  const std::vector<int> w = test_util::words({h0, h1, board[0], board[1], board[2], board[3], board[4]});
+  return tables_fixture::best_class_of_seven(w.data());
+}
+
+TEST(RangeEquity, OneCombinationIsThatMatchup) {
+  const std::vector<int> hero = cards("As Ks");
+  const Spec one = range_of({{"Qh", "Qd"}});
+  double wins = 0, boards = 0;
+  logic().GetWinHandVsHand(hero.data(), cards("Qh Qd").data(), wins, boards);
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), one), wins / boards);
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectr(hero.data(), nullptr, 0, one), wins / boards);
+}
+
+TEST(RangeEquity, ParallelResultDoesNotDependOnTheThreadCount) {
+  const std::vector<int> hero = cards("Jh Td");
+  const Spec range = pokermath::parse_range("QQ+,AK,KQs,76s");
+  omp_set_num_threads(1);
+  const double one = logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range);
+  omp_set_num_threads(2);
+  const double two = logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range);
+  EXPECT_EQ(one, two);
+  // The same as summing every combination's matchup in set order.
+  double wins = 0, boards = 0;
+  for (const auto& [a, b] : range.m_hands) {
+    if (a == hero[0] || a == hero[1] || b == hero[0] || b == hero[1]) continue;
+    const int villain[2] = {a, b};
+    double w = 0, n = 0;
+    logic().GetWinHandVsHand(hero.data(), villain, w, n);
+    wins += w;
+    boards += n;
+  }
+  EXPECT_EQ(one, wins / boards);
+}
+
+TEST(RangeEquity, CollidingCombinationsAreIgnored) {
+  const std::vector<int> hero = cards("As Ks"), flop = cards("Qh 7h 2c");
+  const Spec with_own = range_of({{"Qd", "Qs"}, {"As", "Ad"}, {"Kd", "Ks"}, {"Qh", "Jh"}});
+  const Spec clean = range_of({{"Qd", "Qs"}});
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), with_own),
+            logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), clean));
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), with_own),
+            logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range_of({{"Qd", "Qs"}, {"Qh", "Jh"}})));
+  EXPECT_TRUE(std::isnan(logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range_of({{"As", "Ad"}}))));
+  EXPECT_TRUE(std::isnan(logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), Spec())));
+}
+
+TEST(RangeEquity, DispatchAndBoardCounts) {
+  const std::vector<int> hero = cards("As Ks"), board = cards("Qh 7h 2c 9d 3s 4s");
+  const Spec range = pokermath::parse_range("QQ,AK");
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectr(hero.data(), board.data(), 6, range), 0.0);
+  EXPECT_EQ(logic().getProbOfWinBySpectrToFlopOrTurn(hero.data(), board.data(), 0, range, 5), 0.0);
+  EXPECT_EQ(logic().getProbOfWinBySpectrToFlopOrTurn(hero.data(), board.data(), 6, range, 4), 0.0);
+  EXPECT_EQ(logic().getProbOfWinBySpectrToFlopOrTurn(hero.data(), board.data(), 3, range, 4),
+            logic().getProbabilityOfWinBySpectrWithFlopToTurn(hero.data(), board.data(), range));
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectr(hero.data(), board.data(), 3, range),
+            logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), board.data(), range));
+  EXPECT_EQ(logic().getProbabilityOfWinBySpectr(hero.data(), board.data(), 4, range),
+            logic().getProbabilityOfWinBySpectrWithFlopAndTurn(hero.data(), board.data(), range));
+}
+
+TEST(RangeEquity, ExhaustiveFormsMatchAPlainWalk) {
+  const std::vector<int> hero = cards("Ah Kh"), flop = cards("Qh 7h 2c");
+  const Spec range = pokermath::parse_range("QQ+,AKo,T9s");
+  double score = 0, count = 0;
+  const uint64_t known = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop);
+  for (int t = 0; t < 52; ++t)
+    for (int r = t + 1; r < 52; ++r) {
+      if (known >> t & 1 || known >> r & 1) continue;
+      const int board[5] = {flop[0], flop[1], flop[2], t, r};
+      const int mine = seven_class(hero[0], hero[1], board);
+      for (const auto& [a, b] : range.m_hands) {
+        const uint64_t used = known | uint64_t{1} << t | uint64_t{1} << r;
+        if (used >> a & 1 || used >> b & 1) continue;
+        const int theirs = seven_class(a, b, board);
+        score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
+        count += 1;
+      }
+    }
+  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), range), score / count);
+
+  // To the flop: five-card hands on every flop.
+  const Spec small = pokermath::parse_range("AA,72o");
+  double flop_score = 0, flop_count = 0;
+  const uint64_t mine_mask = pokermath::cards_to_mask(hero);
+  for (int a = 0; a < 52; ++a)
+    for (int b = a + 1; b < 52; ++b)
+      for (int c = b + 1; c < 52; ++c) {
+        if (mine_mask >> a & 1 || mine_mask >> b & 1 || mine_mask >> c & 1) continue;
+        const std::vector<int> hw = test_util::words({hero[0], hero[1], a, b, c});
+        const int mine = eval_5hand(hw.data());
+        for (const auto& [x, y] : small.m_hands) {
+          const uint64_t used = mine_mask | uint64_t{1} << a | uint64_t{1} << b | uint64_t{1} << c;
+          if (used >> x & 1 || used >> y & 1) continue;
+          const std::vector<int> vw = test_util::words({x, y, a, b, c});
+          const int theirs = eval_5hand(vw.data());
+          flop_score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
+          flop_count += 1;
+        }
+      }
+  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithNoBoardToFlop(hero.data(), small), flop_score / flop_count);
+}
+
+TEST(RangeEquity, SampledFormsLandNearTheExactValue) {
+  const std::vector<int> hero = cards("As Ks"), flop = cards("Qh 7h 2c 9s 3d");
+  const Spec range = pokermath::parse_range("QQ+,AK,JTs");
+  // A complete board: the same walk every trial, so the exact value.
+  const double river = logic().getProbabilityOfWinBySpectr(hero.data(), flop.data(), 5, range);
+  double score = 0, count = 0;
+  const int mine = seven_class(hero[0], hero[1], flop.data());
+  const uint64_t known = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop);
+  for (const auto& [a, b] : range.m_hands) {
+    if (known >> a & 1 || known >> b & 1) continue;
+    const int theirs = seven_class(a, b, flop.data());
+    score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
+    count += 1;
+  }
+  EXPECT_DOUBLE_EQ(river, score / count);
+  // Two board cards given: sampled; near the exhaustive flop answer averaged over third cards.
+  std::srand(5);
+  const double sampled = logic().getProbabilityOfWinBySpectr(hero.data(), flop.data(), 2, range);
+  EXPECT_GT(sampled, 0.2);
+  EXPECT_LT(sampled, 0.8);
+}
+
+}  // namespace
