@@ -5,8 +5,6 @@
 // The evaluators named for these operations (LookupSingleHands, eval_5hand, eval_6hand) order
 // hands exactly as the seven-card table's values do, so every form reads that table: the board's
 // state is carried from loop to loop and each combination costs two or three reads.
-#include <omp.h>
-
 #include <algorithm>
 #include <unordered_map>
 #include <vector>
@@ -83,7 +81,8 @@ double per_matchup(const int* hole, const Spec& spec, bool parallel, Win win) {
   }
   const int classes = static_cast<int>(representative.size());
   std::vector<double> class_wins(classes), class_boards(classes);
-  if (parallel) omp_set_dynamic(1);
+  // A static partition of the classes and a join before the sums, on every available core (dynamic
+  // adjustment would drop to one thread whenever the load average counts this very process).
 #pragma omp parallel for schedule(static) if (parallel)
   for (int k = 0; k < classes; ++k) {
     const int villain[2] = {kept[representative[k]].first, kept[representative[k]].second};
