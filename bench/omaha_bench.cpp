@@ -82,4 +82,35 @@ void BM_getOutsOmahaFsm5Common_flop(benchmark::State& state) {
 }
 BENCHMARK(BM_getOutsOmahaFsm5Common_flop)->Unit(benchmark::kMillisecond);
 
+const std::vector<int> kHole = pokermath::parse_cards("Ah Kh 9c 8c");
+
+void BM_RiverEquityHandVsRandomOnTurnFsm5(benchmark::State& state) {
+  const std::vector<int> turn = pokermath::parse_cards("Qh 7h 2d 5s");
+  int count = 0;
+  for (auto _ : state) benchmark::DoNotOptimize(RiverEquityHandVsRandomOnTurnFsm5(kHole.data(), turn.data(), count));
+  state.counters["comparisons"] = count;
+}
+BENCHMARK(BM_RiverEquityHandVsRandomOnTurnFsm5)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+void BM_RiverEquityHandVsRandomOnRiver(benchmark::State& state) {
+  static const PokerLogic logic;
+  const std::vector<int> river = pokermath::parse_cards("Qh 7h 2d 5s 3c");
+  int count = 0;
+  for (auto _ : state)
+    benchmark::DoNotOptimize(logic.RiverEquityHandVsRandomOnRiver(kHole.data(), river.data(), count));
+  state.counters["comparisons"] = count;
+}
+BENCHMARK(BM_RiverEquityHandVsRandomOnRiver)->Unit(benchmark::kMillisecond);
+
+void BM_RiverEquityHandsOnPreFlopCommonHL_heads_up(benchmark::State& state) {
+  static const PokerLogic logic;
+  pokermath::load_table(pokermath::TableFile::Omaha7, pokermath::default_data_directory());
+  const std::vector<int> hands = pokermath::parse_cards("As 2s 3h Kd Ac 2c 8d 9h");
+  int count = 0, ms = 0;
+  for (auto _ : state)
+    benchmark::DoNotOptimize(logic.RiverEquityHandsOnPreFlopCommonHL(hands.data(), 4, 2, 0, count, ms));
+  state.counters["boards"] = count;
+}
+BENCHMARK(BM_RiverEquityHandsOnPreFlopCommonHL_heads_up)->Unit(benchmark::kMillisecond);
+
 }  // namespace

@@ -13,6 +13,7 @@ namespace pokermath::cli {
 namespace {
 
 struct EquityOptions {
+  std::string game = "holdem";
   std::vector<std::string> players;
   std::string board, dead, data_dir;
   int table_size = 0;
@@ -40,8 +41,70 @@ std::string with_commas(double count) {
   return out;
 }
 
+void print_json(const EquityOptions& o, const EquityRequest& request, const EquityResult& result) {
+  using Json = nlohmann::ordered_json;
+  auto number = [](double x) { return std::isnan(x) ? Json(nullptr) : Json(x); };
+  Json players = Json::array();
+  for (const PlayerEquity& p : result.players) {
+    Json player = {{"hand", p.hand}, {"win", number(p.win)}, {"tie", number(p.tie)}, {"equity", p.equity}};
+    if (!std::isnan(p.scoop)) {
+      player["high"] = p.high;
+      player["low"] = p.low;
+      player["scoop"] = p.scoop;
+    }
+    player["std_error"] = p.std_error;
+    players.push_back(player);
+  }
+  std::cout << Json{{"game", o.game},
+                    {"method", result.exact ? "exact" : "monte-carlo"},
+                    {"from_table", result.from_table},
+                    {"deals", result.deals},
+                    {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
+                    {"seconds", result.seconds},
+                    {"board", request.board.empty() ? Json("") : Json(cards_to_string(request.board))},
+                    {"players", players}}
+                   .dump(2)
+            << "\n";
+}
+
+void print_text(const EquityOptions& o, const EquityRequest& request, const EquityResult& result) {
+  const std::string method =
+      result.from_table ? "exact, from the pre-flop table"
+      : result.exact    ? "exact, " + with_commas(result.deals) + " deals"
+                        : "Monte Carlo, " + with_commas(result.deals) + " trials, seed " + std::to_string(o.seed);
+  std::cout << "method:  " << method << "\n";
+  if (!request.board.empty()) std::cout << "board:   " << cards_to_string(request.board) << "\n";
+  if (!request.dead.empty()) std::cout << "dead:    " << cards_to_string(request.dead) << "\n";
+  size_t width = 6;
+  for (const PlayerEquity& p : result.players) width = std::max(width, p.hand.size());
+  const bool hi_lo = !std::isnan(result.players.front().scoop);
+  std::cout << "\nplayer" << std::string(width - 6 + 2, ' ')
+            << (hi_lo ? "  equity     high      low    scoop" : "     win      tie   equity")
+            << (result.exact ? "" : "   std error") << "\n";
+  for (const PlayerEquity& p : result.players) {
+    char line[160];
+    if (hi_lo)
+      std::snprintf(line, sizeof line, "%-*s %8s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
+                    percent(p.equity).c_str(), percent(p.high).c_str(), percent(p.low).c_str(),
+                    percent(p.scoop).c_str());
+    else
+      std::snprintf(line, sizeof line, "%-*s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
+                    percent(p.win).c_str(), percent(p.tie).c_str(), percent(p.equity).c_str());
+    std::cout << line;
+    if (!result.exact) {
+      std::snprintf(line, sizeof line, "   %9s", percent(p.std_error).c_str());
+      std::cout << line;
+    }
+    std::cout << "\n";
+  }
+  char time[64];
+  std::snprintf(time, sizeof time, "\ntime:    %.3f s\n", result.seconds);
+  std::cout << time;
+}
+
 void run_equity(const EquityOptions& o) {
   EquityRequest request;
+  request.game = equity_game_from_name(o.game);
   request.players = o.players;
   if (o.table_size > 0) {
     if (o.table_size < static_cast<int>(o.players.size()))
@@ -59,54 +122,10 @@ void run_equity(const EquityOptions& o) {
   if (!o.data_dir.empty()) request.data_dir = o.data_dir;
   request.progress = stderr_progress();
   const EquityResult result = compute_equity(request);
-
-  const std::string method =
-      result.from_table ? "exact, from the pre-flop table"
-      : result.exact    ? "exact, " + with_commas(result.deals) + " deals"
-                        : "Monte Carlo, " + with_commas(result.deals) + " trials, seed " + std::to_string(o.seed);
-  if (o.json) {
-    using Json = nlohmann::ordered_json;
-    auto number = [](double x) { return std::isnan(x) ? Json(nullptr) : Json(x); };
-    Json players = Json::array();
-    for (const PlayerEquity& p : result.players)
-      players.push_back({{"hand", p.hand},
-                         {"win", number(p.win)},
-                         {"tie", number(p.tie)},
-                         {"equity", p.equity},
-                         {"std_error", p.std_error}});
-    std::cout << Json{{"method", result.exact ? "exact" : "monte-carlo"},
-                      {"from_table", result.from_table},
-                      {"deals", result.deals},
-                      {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
-                      {"seconds", result.seconds},
-                      {"board", parse_cards(o.board).empty() ? Json::array() : Json(cards_to_string(request.board))},
-                      {"players", players}}
-                     .dump(2)
-              << "\n";
-    return;
-  }
-  std::cout << "method:  " << method << "\n";
-  if (!request.board.empty()) std::cout << "board:   " << cards_to_string(request.board) << "\n";
-  if (!request.dead.empty()) std::cout << "dead:    " << cards_to_string(request.dead) << "\n";
-  size_t width = 6;
-  for (const PlayerEquity& p : result.players) width = std::max(width, p.hand.size());
-  std::cout << "\n"
-            << std::string("player") << std::string(width - 6 + 2, ' ') << "     win      tie   equity"
-            << (result.exact ? "" : "   std error") << "\n";
-  for (const PlayerEquity& p : result.players) {
-    char line[160];
-    std::snprintf(line, sizeof line, "%-*s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
-                  percent(p.win).c_str(), percent(p.tie).c_str(), percent(p.equity).c_str());
-    std::cout << line;
-    if (!result.exact) {
-      std::snprintf(line, sizeof line, "   %9s", percent(p.std_error).c_str());
-      std::cout << line;
-    }
-    std::cout << "\n";
-  }
-  char time[64];
-  std::snprintf(time, sizeof time, "\ntime:    %.3f s\n", result.seconds);
-  std::cout << time;
+  if (o.json)
+    print_json(o, request, result);
+  else
+    print_text(o, request, result);
 }
 
 }  // namespace
@@ -116,17 +135,23 @@ void add_equity_command(CLI::App& app) {
   CLI::App* equity = app.add_subcommand("equity", "Win, tie and equity of hands, ranges and random hands");
   equity->footer(
       "Each PLAYER is a hand (AsKs), a range (\"QQ+,AKs,A5s-A2s\", \"KQ\" meaning suited and offsuit) or\n"
-      "random. Equity is the share of the pot, a split pot divided evenly; win and tie are the shares\n"
-      "of deals won alone and split.\n\n"
+      "random; in Omaha games a holding (AsKsQhJh) or random. Equity is the share of the pot, a split pot\n"
+      "divided evenly; win and tie are the shares of deals won alone and split. In Hi/Lo games, high and\n"
+      "low are the shares of the pot won with the high and with the low hand (equity = high + low), and\n"
+      "scoop the share of deals in which the player takes the whole pot.\n\n"
       "By default the answer is exact when that takes about a second at most, otherwise Monte Carlo;\n"
-      "the output says which. Heads-up pre-flop questions are answered from the pre-flop table when\n"
-      "'pokermath tables --preflop' has built it.\n\n"
+      "the output says which. Heads-up Hold'em pre-flop questions are answered from the pre-flop table\n"
+      "when 'pokermath tables --preflop' has built it.\n\n"
       "Examples:\n"
       "  pokermath equity AsKs QhQd\n"
       "  pokermath equity AsKs \"QQ+,AKs,A5s-A2s\"\n"
       "  pokermath equity AhKh random --board Qh7h2c\n"
-      "  pokermath equity AsAd --players 4 --monte-carlo --trials 200000 --seed 7");
+      "  pokermath equity AsAd --players 4 --monte-carlo --trials 200000 --seed 7\n"
+      "  pokermath equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c\n"
+      "  pokermath equity --game omaha-hilo As2s3hKd random");
   equity->add_option("players", o->players, "Two or more hands, ranges or 'random'")->required();
+  equity->add_option("--game", o->game, "holdem (default), omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo")
+      ->check(CLI::IsMember({"holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"}));
   equity->add_option("--board", o->board, "0, 3, 4 or 5 board cards, e.g. Qh7h2c");
   equity->add_option("--dead", o->dead, "Cards out of play");
   equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands");

@@ -7,91 +7,12 @@
 // per hole pair.
 #include <algorithm>
 
+#include "equity/omaha_boards.h"
 #include "pokermath/equity.h"
 
+using namespace pokermath::detail;
+
 namespace {
-
-constexpr int kMaxHole = 6;
-constexpr int kMaxPlayers = 10;
-
-struct Hands {
-  const int* cards;  // players x h card codes, the hero first
-  int h;
-  int players;
-};
-
-// Best value of each player on the complete board `board` (five card codes), by the named evaluator.
-void values_by_search(const Hands& hands, const int* board, int* values) {
-  int out[5];
-  for (int p = 0; p < hands.players; ++p)
-    values[p] = getCombinationOmahaFsm5Common(hands.cards + p * hands.h, hands.h, board, 5, out);
-}
-
-// Calls visit(values) for every completion of the board by the cards not in `dead`.
-template <typename Visit>
-void for_each_board(const Hands& hands, const int* board, int boardCount, uint64_t dead, Visit visit) {
-  const int* T = ofsm_omaha7::table;
-  int values[kMaxPlayers];
-  if (!T) {
-    int full[5];
-    std::copy(board, board + boardCount, full);
-    const int missing = 5 - boardCount;
-    auto level = [&](auto& self, int depth, int first) -> void {
-      for (int c = first; c < 52; ++c) {
-        if (dead >> c & 1) continue;
-        full[boardCount + depth] = c;
-        if (depth + 1 == missing) {
-          values_by_search(hands, full, values);
-          visit(static_cast<const int*>(values));
-        } else {
-          self(self, depth + 1, c + 1);
-        }
-      }
-    };
-    if (missing == 0) {
-      values_by_search(hands, full, values);
-      visit(static_cast<const int*>(values));
-    } else {
-      level(level, 0, 0);
-    }
-    return;
-  }
-  // The state machine: rank-major codes, the board's state carried down the loop levels.
-  int hole[kMaxPlayers][kMaxHole];
-  for (int p = 0; p < hands.players; ++p)
-    for (int i = 0; i < hands.h; ++i) hole[p][i] = pokermath::kRankMajorCodes[hands.cards[p * hands.h + i]];
-  uint64_t dead_major = 0;
-  for (int c = 0; c < 52; ++c)
-    if (dead >> c & 1) dead_major |= uint64_t{1} << pokermath::kRankMajorCodes[c];
-  int start = 52;
-  for (int i = 0; i < boardCount; ++i) start = T[start + pokermath::kRankMajorCodes[board[i]]];
-  auto evaluate = [&](int state) {
-    for (int p = 0; p < hands.players; ++p) {
-      int best = 0;
-      for (int i = 0; i + 1 < hands.h; ++i) {
-        const int* row = T + T[state + hole[p][i]];
-        for (int j = i + 1; j < hands.h; ++j) best = std::max(best, row[hole[p][j]]);
-      }
-      values[p] = best;
-    }
-    visit(static_cast<const int*>(values));
-  };
-  const int missing = 5 - boardCount;
-  auto level = [&](auto& self, int depth, int first, int state) -> void {
-    for (int x = first; x < 52; ++x) {
-      if (dead_major >> x & 1) continue;
-      const int next = T[state + x];
-      if (depth + 1 == missing)
-        evaluate(next);
-      else
-        self(self, depth + 1, x + 1, next);
-    }
-  };
-  if (missing == 0)
-    evaluate(start);
-  else
-    level(level, 0, 0, start);
-}
 
 uint64_t mask_of(const int* cards, int n) { return ArrayToInt64(n, cards); }
 
@@ -105,7 +26,7 @@ double hand_vs_hand(const int* hero, int h, const int* villain, const int* board
   const Hands hands{cards, h, 2};
   const uint64_t dead = mask_of(cards, 2 * h) | mask_of(board, boardCount);
   int64_t twice_score = 0, count = 0;
-  for_each_board(hands, board, boardCount, dead, [&](const int* v) {
+  for_each_board(hands, board, boardCount, dead, [&](const int* v, const int*) {
     twice_score += (v[0] > v[1]) * 2 + (v[0] == v[1]);
     ++count;
   });
@@ -123,7 +44,7 @@ double hands_multiway(const int* hands_cards, int h, int players, int dead_count
   const uint64_t dead = mask_of(hands_cards, players * h + dead_count) | mask_of(board, boardCount);
   double score = 0;
   int64_t count = 0;
-  for_each_board(hands, board, boardCount, dead, [&](const int* v) {
+  for_each_board(hands, board, boardCount, dead, [&](const int* v, const int*) {
     int ties = 0;
     bool lost = false;
     for (int p = 1; p < players && !lost; ++p) {
@@ -214,6 +135,44 @@ double EquityHandVsRandomCommon(const int* hero, int h, const int* board, int bo
   trials = done;
   ms = static_cast<int>(GetTickCount() - start);
   return score / done * 100;
+}
+
+namespace {
+
+// Hi/Lo among known hands over every completion: the hero's pot share (HiLoShareMultiway). Percent.
+double hilo_multiway(const int* hands_cards, int h, int players, int dead_count, const int* board, int boardCount,
+                     int& count, int& ms) {
+  const uint32_t start = GetTickCount();
+  const Hands hands{hands_cards, h, players};
+  const uint64_t dead = mask_of(hands_cards, players * h + dead_count) | mask_of(board, boardCount);
+  double sum = 0;
+  int64_t boards = 0;
+  int lows[kMaxPlayers];
+  for_each_board(hands, board, boardCount, dead, [&](const int* highs, const int* full) {
+    for (int p = 0; p < players; ++p) lows[p] = SetLowValueCombinationOmahaCommon(hands_cards + p * h, h, full, 5);
+    sum += HiLoShareMultiway(highs[0], lows[0], highs + 1, lows + 1, players - 1);
+    ++boards;
+  });
+  count = static_cast<int>(boards);
+  ms = static_cast<int>(GetTickCount() - start);
+  return sum / static_cast<double>(boards) * 100;
+}
+
+}  // namespace
+
+double PokerLogic::RiverEquityHandsOnPreFlopCommonHL(const int* hands, int nHole, int nPlayers, int nDead, int& count,
+                                                     int& timeMs) const {
+  return hilo_multiway(hands, nHole, nPlayers, nDead, nullptr, 0, count, timeMs);
+}
+
+double PokerLogic::RiverEquityHandsOnFlopCommonHL(const int* hands, int nHole, int nPlayers, int nDead, const int* flop,
+                                                  int& count, int& timeMs) const {
+  return hilo_multiway(hands, nHole, nPlayers, nDead, flop, 3, count, timeMs);
+}
+
+double PokerLogic::RiverEquityHandsOnTurnCommonHL(const int* hands, int nHole, int nPlayers, int nDead, const int* turn,
+                                                  int& count, int& timeMs) const {
+  return hilo_multiway(hands, nHole, nPlayers, nDead, turn, 4, count, timeMs);
 }
 
 double RiverEquityHandVsRandomOnPreFlopCommon(uint64_t hero, int trials, int& ms, int hiLo) {

@@ -2,7 +2,9 @@
 // table when it is there, and the generator of that table.
 #include <omp.h>
 
+#include <algorithm>
 #include <atomic>
+#include <bit>
 #include <chrono>
 #include <cmath>
 #include <limits>
@@ -16,6 +18,7 @@
 #include "equity/board_walk.h"
 #include "equity/holdem_exact.h"
 #include "equity/matchups.h"
+#include "equity/omaha_boards.h"
 #include "pokermath/equity.h"
 
 namespace pokermath {
@@ -301,7 +304,10 @@ void monte_carlo(const PokerLogic& logic, const std::vector<Player>& players, co
 
 }  // namespace
 
+EquityResult compute_omaha_equity(const EquityRequest& request);
+
 EquityResult compute_equity(const EquityRequest& request) {
+  if (request.game != EquityGame::Holdem) return compute_omaha_equity(request);
   const auto start = std::chrono::steady_clock::now();
   const size_t board_size = request.board.size();
   if (board_size == 1 || board_size == 2 || board_size > 5)
@@ -354,6 +360,7 @@ EquityResult compute_equity(const EquityRequest& request) {
     e.equity = acc.shares[p] / acc.deals;
     e.win = result.from_table ? nan : acc.wins[p] / acc.deals;
     e.tie = result.from_table ? nan : acc.ties[p] / acc.deals;
+    e.high = e.low = e.scoop = nan;
     if (!result.exact && acc.deals > 1) {
       const double variance = squares[p] / acc.deals - e.equity * e.equity;
       e.std_error = std::sqrt(std::max(0.0, variance) / (acc.deals - 1));
@@ -432,6 +439,217 @@ bool generate_preflop_table(const std::filesystem::path& dir, bool force, const 
   save_preflop_table(table, path);
   report("done", 1.0);
   return true;
+}
+
+}  // namespace pokermath
+
+// ---- Omaha games ----------------------------------------------------------------------------------
+namespace pokermath {
+
+namespace {
+
+struct OmahaGame {
+  int hole = 4;
+  bool hi_lo = false;
+};
+
+OmahaGame omaha_game(EquityGame game) {
+  switch (game) {
+    case EquityGame::Omaha5: return {5, false};
+    case EquityGame::Omaha6: return {6, false};
+    case EquityGame::OmahaHiLo: return {4, true};
+    case EquityGame::Omaha5HiLo: return {5, true};
+    default: return {4, false};
+  }
+}
+
+// One Omaha player: a fixed holding, or random (no holding).
+struct OmahaPlayer {
+  std::string text;
+  std::vector<int> cards;  // empty for a random hand
+};
+
+// Per-player sums over the deals counted.
+struct OmahaTotals {
+  std::vector<double> wins, ties, high, low, scoops, squares;
+  double deals = 0;
+  explicit OmahaTotals(size_t n) : wins(n), ties(n), high(n), low(n), scoops(n), squares(n) {}
+};
+
+// Scores one deal from each player's high value (larger is stronger) and low (0: none).
+void score_deal(const OmahaGame& game, int players, const int* highs, const int* lows, OmahaTotals& t) {
+  const int best_high = *std::max_element(highs, highs + players);
+  int best_low = 0;
+  if (game.hi_lo)
+    for (int p = 0; p < players; ++p)
+      if (lows[p] && (!best_low || lows[p] < best_low)) best_low = lows[p];
+  int high_winners = 0, low_winners = 0;
+  for (int p = 0; p < players; ++p) {
+    high_winners += highs[p] == best_high;
+    low_winners += best_low && lows[p] == best_low;
+  }
+  const double high_pot = best_low ? 0.5 : 1.0;
+  for (int p = 0; p < players; ++p) {
+    double share = 0;
+    if (highs[p] == best_high) {
+      share += high_pot / high_winners;
+      t.high[p] += high_pot / high_winners;
+      (high_winners == 1 ? t.wins : t.ties)[p] += 1;
+    }
+    if (best_low && lows[p] == best_low) {
+      share += 0.5 / low_winners;
+      t.low[p] += 0.5 / low_winners;
+    }
+    if (share == 1.0) t.scoops[p] += 1;
+    t.squares[p] += share * share;
+  }
+  t.deals += 1;
+}
+
+std::vector<OmahaPlayer> read_omaha_players(const EquityRequest& request, const OmahaGame& game, uint64_t& known) {
+  const size_t n = request.players.size();
+  if (n < 2 || n > kMaxPlayers)
+    throw Error("expected 2 to " + std::to_string(kMaxPlayers) + " players, got " + std::to_string(n));
+  std::vector<OmahaPlayer> players(n);
+  for (size_t i = 0; i < n; ++i) {
+    OmahaPlayer& p = players[i];
+    p.text = request.players[i];
+    std::string lower = p.text;
+    for (char& ch : lower) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+    if (lower == "random" || lower == "any") continue;
+    try {
+      p.cards = parse_cards(p.text);
+    } catch (const Error& e) {
+      throw Error(ordinal(i) + ": " + e.what());
+    }
+    if (static_cast<int>(p.cards.size()) != game.hole)
+      throw Error(ordinal(i) + ": this game's hands hold " + std::to_string(game.hole) + " cards, got '" + p.text +
+                  "'");
+    for (int c : p.cards) {
+      if (known >> c & 1) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is already in play");
+      known |= uint64_t{1} << c;
+    }
+  }
+  return players;
+}
+
+// Exact: every board completion for fixed holdings (random players make an exact answer too
+// large and go to Monte Carlo).
+void omaha_exact(const OmahaGame& game, const std::vector<OmahaPlayer>& players, const std::vector<int>& board,
+                 uint64_t known, OmahaTotals& totals) {
+  int cards[kMaxPlayers * 6];
+  const int n = static_cast<int>(players.size());
+  for (int p = 0; p < n; ++p) std::copy(players[p].cards.begin(), players[p].cards.end(), cards + p * game.hole);
+  const detail::Hands hands{cards, game.hole, n};
+  int lows[kMaxPlayers] = {};
+  detail::for_each_board(hands, board.data(), static_cast<int>(board.size()), known,
+                         [&](const int* highs, const int* full) {
+                           if (game.hi_lo)
+                             for (int p = 0; p < n; ++p)
+                               lows[p] = SetLowValueCombinationOmahaCommon(cards + p * game.hole, game.hole, full, 5);
+                           score_deal(game, n, highs, lows, totals);
+                         });
+}
+
+void omaha_monte_carlo(const OmahaGame& game, const std::vector<OmahaPlayer>& players, const std::vector<int>& board,
+                       uint64_t known, const EquityRequest& request, OmahaTotals& totals) {
+  std::mt19937_64 engine(request.seed);
+  const auto start = std::chrono::steady_clock::now();
+  const int n = static_cast<int>(players.size());
+  int cards[kMaxPlayers][6], full[5], highs[kMaxPlayers], lows[kMaxPlayers] = {}, out[5];
+  std::copy(board.begin(), board.end(), full);
+  for (int64_t trial = 0; trial < request.trials; ++trial) {
+    if (request.time_ms > 0 && (trial & 1023) == 0 &&
+        std::chrono::steady_clock::now() - start > std::chrono::milliseconds(request.time_ms))
+      break;
+    uint64_t used = known;
+    auto deal = [&] {
+      int card;
+      do {
+        card = static_cast<int>(engine() % 52);
+      } while (used >> card & 1);
+      used |= uint64_t{1} << card;
+      return card;
+    };
+    for (int p = 0; p < n; ++p) {
+      if (players[p].cards.empty())
+        for (int i = 0; i < game.hole; ++i) cards[p][i] = deal();
+      else
+        std::copy(players[p].cards.begin(), players[p].cards.end(), cards[p]);
+    }
+    for (size_t i = board.size(); i < 5; ++i) full[i] = deal();
+    for (int p = 0; p < n; ++p) {
+      highs[p] = ofsm_omaha7::table ? eval_rank7_via_ofsm7(cards[p], game.hole, full)
+                                    : getCombinationOmahaFsm5Common(cards[p], game.hole, full, 5, out);
+      if (game.hi_lo) lows[p] = SetLowValueCombinationOmahaCommon(cards[p], game.hole, full, 5);
+    }
+    score_deal(game, n, highs, lows, totals);
+  }
+}
+
+}  // namespace
+
+EquityGame equity_game_from_name(std::string_view name) {
+  static constexpr std::pair<std::string_view, EquityGame> kGames[] = {
+      {"holdem", EquityGame::Holdem}, {"omaha", EquityGame::Omaha},          {"omaha5", EquityGame::Omaha5},
+      {"omaha6", EquityGame::Omaha6}, {"omaha-hilo", EquityGame::OmahaHiLo}, {"omaha5-hilo", EquityGame::Omaha5HiLo}};
+  for (const auto& [game_name, game] : kGames)
+    if (game_name == name) return game;
+  throw Error("unknown game '" + std::string(name) + "': holdem, omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo");
+}
+
+EquityResult compute_omaha_equity(const EquityRequest& request) {
+  const auto start = std::chrono::steady_clock::now();
+  const OmahaGame game = omaha_game(request.game);
+  const size_t board_size = request.board.size();
+  if (board_size == 1 || board_size == 2 || board_size > 5)
+    throw Error("a board has 0, 3, 4 or 5 cards, got " + std::to_string(board_size));
+  std::vector<int> known_cards = request.board;
+  known_cards.insert(known_cards.end(), request.dead.begin(), request.dead.end());
+  uint64_t known = cards_to_mask(known_cards);
+  const std::vector<OmahaPlayer> players = read_omaha_players(request, game, known);
+  if (static_cast<int>(game.hole * players.size() + known_cards.size() + (5 - board_size)) > 52)
+    throw Error(std::to_string(players.size()) + " players need more cards than the deck holds");
+
+  const std::filesystem::path dir = request.data_dir.empty() ? default_data_directory() : request.data_dir;
+  load_table(TableFile::Omaha7, dir, request.progress);
+
+  const bool all_fixed =
+      std::all_of(players.begin(), players.end(), [](const OmahaPlayer& p) { return !p.cards.empty(); });
+  // The work of an exact answer in player-boards; about 30 million take a second through the table.
+  const double work = static_cast<double>(boards_to_come(std::popcount(known), static_cast<int>(board_size))) *
+                      static_cast<double>(players.size());
+  const bool exact =
+      all_fixed && (request.method == EquityMethod::Exact || (request.method == EquityMethod::Auto && work <= 3e7));
+  if (request.method == EquityMethod::Exact && !all_fixed)
+    throw Error("an exact Omaha answer needs every player's holding; random hands take --monte-carlo");
+  OmahaTotals totals(players.size());
+  if (exact)
+    omaha_exact(game, players, request.board, known, totals);
+  else
+    omaha_monte_carlo(game, players, request.board, known, request, totals);
+
+  EquityResult result;
+  result.exact = exact;
+  result.deals = totals.deals;
+  const double nan = std::numeric_limits<double>::quiet_NaN();
+  for (size_t p = 0; p < players.size(); ++p) {
+    PlayerEquity e;
+    e.hand = players[p].text;
+    e.equity = (totals.high[p] + totals.low[p]) / totals.deals;
+    e.win = game.hi_lo ? nan : totals.wins[p] / totals.deals;
+    e.tie = game.hi_lo ? nan : totals.ties[p] / totals.deals;
+    e.high = game.hi_lo ? totals.high[p] / totals.deals : nan;
+    e.low = game.hi_lo ? totals.low[p] / totals.deals : nan;
+    e.scoop = game.hi_lo ? totals.scoops[p] / totals.deals : nan;
+    if (!exact && totals.deals > 1) {
+      const double variance = totals.squares[p] / totals.deals - e.equity * e.equity;
+      e.std_error = std::sqrt(std::max(0.0, variance) / (totals.deals - 1));
+    }
+    result.players.push_back(e);
+  }
+  result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+  return result;
 }
 
 }  // namespace pokermath

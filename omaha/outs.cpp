@@ -3,6 +3,7 @@
 // next board card and evaluate again.
 #include <algorithm>
 
+#include "omaha/holdings.h"
 #include "omaha/omaha_internal.h"
 #include "pokermath/omaha.h"
 
@@ -81,27 +82,10 @@ int PokerLogic::isFlushDraw(const int* hole, const int* board, int nBoard) const
 int PokerLogic::IsMyHandNutsOmaha(const int* hole, const int* board, int nBoard) const {
   if (nBoard < 3 || nBoard > 5) return kBadBoard;
   const int mine = 7463 - prime_class(*this, hole, board, nBoard);
-  // A four-card holding's best hand is the best of its six two-card pairs, so each unseen pair is
-  // evaluated once and every holding takes the largest of its six pair values.
-  const uint64_t seen = seen_cards(hole, 4, board, nBoard);
-  int unseen[52], n = 0;
-  for (int c = 0; c < 52; ++c)
-    if (!(seen >> c & 1)) unseen[n++] = c;
-  std::vector<int> pair_value(static_cast<size_t>(n) * n, 0);
-  for (int a = 0; a < n; ++a)
-    for (int b = a + 1; b < n; ++b) {
-      const int pair[2] = {unseen[a], unseen[b]};
-      int out[5];
-      pair_value[a * n + b] = 7463 - getCombinationOmahaCommon(pair, 2, board, nBoard, out);
-    }
-  auto pv = [&](int a, int b) { return pair_value[a * n + b]; };
   int better = 0;
-  for (int a = 0; a < n; ++a)
-    for (int b = a + 1; b < n; ++b)
-      for (int c = b + 1; c < n; ++c) {
-        const int abc = std::max({pv(a, b), pv(a, c), pv(b, c)});
-        for (int d = c + 1; d < n; ++d) better += std::max({abc, pv(a, d), pv(b, d), pv(c, d)}) > mine;
-      }
+  HoldingValues(seen_cards(hole, 4, board, nBoard), board, nBoard).for_each([&](int, int, int, int, int value) {
+    better += value > mine;
+  });
   return better;
 }
 

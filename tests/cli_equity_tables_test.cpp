@@ -87,3 +87,32 @@ TEST(CliOmaha, BestOutsAndNuts) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(CliEquity, OmahaGames) {
+  const CliRun exact = run("equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c" + data_dir());
+  EXPECT_EQ(exact.exit_code, 0) << exact.err;
+  EXPECT_NE(exact.out.find("method:  exact, 820 deals"), std::string::npos) << exact.out;
+  const CliRun hilo = run("equity --game omaha-hilo As2s3hKd Ac2c8d9h --board 4h5h7c --json" + data_dir());
+  EXPECT_EQ(hilo.exit_code, 0) << hilo.err;
+  EXPECT_NE(hilo.out.find("\"scoop\""), std::string::npos) << hilo.out;
+  EXPECT_NE(hilo.out.find("\"game\": \"omaha-hilo\""), std::string::npos) << hilo.out;
+  const CliRun random = run("equity --game omaha5 AsKsQhJhTd random --trials 5000" + data_dir());
+  EXPECT_EQ(random.exit_code, 0) << random.err;
+  EXPECT_NE(random.out.find("Monte Carlo, 5,000 trials"), std::string::npos) << random.out;
+  const std::pair<std::string, const char*> bad[] = {
+      {"equity --game omaha AsKsQh 9c9d8c7d", "player 1: this game's hands hold 4 cards, got 'AsKsQh'"},
+      {"equity --game omaha AsKsQhJh random --exact", "an exact Omaha answer needs every player's holding"},
+      {"equity --game omaha AsKsQhJh AsKd8c7d", "player 2: card 'As' is already in play"},
+      {"equity --game razz AsKsQhJh 9c9d8c7d", "--game"},
+  };
+  for (const auto& [args, message] : bad) {
+    const CliRun r = run(args + data_dir());
+    EXPECT_EQ(r.exit_code, 2) << args;
+    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+  }
+}
+
+}  // namespace

@@ -48,9 +48,18 @@ size_t load_preflop_table(PokerLogic& logic, const std::filesystem::path& path);
 // the work is small enough to take about a second, otherwise Monte Carlo).
 enum class EquityMethod { Auto, Exact, MonteCarlo };
 
+// The game of an equity question. Omaha hands hold 4, 5 or 6 cards and play exactly two of them with
+// three board cards; in Hi/Lo half the pot goes to the best eight-or-better low.
+enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo };
+
+// "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"; throws Error for another name.
+EquityGame equity_game_from_name(std::string_view name);
+
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
-// parse_range) or "random". Cards on the board and dead cards belong to nobody.
+// parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random".
+// Cards on the board and dead cards belong to nobody.
 struct EquityRequest {
+  EquityGame game = EquityGame::Holdem;
   std::vector<std::string> players;  // two or more (at most 10)
   std::vector<int> board;            // 0, 3, 4 or 5 card codes
   std::vector<int> dead;             // cards out of play
@@ -70,6 +79,9 @@ struct PlayerEquity {
   double tie = 0;    // NaN likewise
   double equity = 0;
   double std_error = 0;  // Monte Carlo: the standard error of equity; 0 when exact
+  // Hi/Lo games: equity = high + low, the pot shares won with the high hand and with the low hand;
+  // scoop = the share of deals in which the player takes the whole pot alone. NaN in other games.
+  double high = 0, low = 0, scoop = 0;
 };
 
 struct EquityResult {

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <functional>
 #include <map>
+#include <set>
 #include <span>
 #include <string>
 #include <string_view>
@@ -40,6 +41,9 @@ int bsearch(const int* array, int low, int high, int key);
 
 class CHandOmahaType;
 class Spec;
+
+// An Omaha range: holdings of four card codes each, in ascending order.
+using OmahaRange = std::set<std::set<int>>;
 
 // The seven-card lookup table's file name, and that of the pre-flop table.
 inline constexpr const wchar_t* kSevenCardTableFile = L"OrvalisHR.dat";
@@ -120,6 +124,34 @@ class PokerLogic {
   int IsMyHandNutsOmaha(const int* hole, const int* board, int nBoard) const;
   // Outs by table category (10 entries) that lift the category, and those that give the nuts.
   int getOutsOmahaCommon(const int* hole, int nHole, const int* board, int nBoard, int* outs, int* nutOuts) const;
+
+  // ---- Omaha equity (omaha.h explains units; percentages unless noted) ----
+  // Monte Carlo pot share (0..1) of four hole cards against nPlayers - 1 random hands; 0.0 for a
+  // board of 6+ cards or nPlayers outside 2..10.
+  double getProbabilityOfWinOmaha(const int* hole, const int* board, int nBoard, int nPlayers);
+  // Every opponent holding with every river card (135,751 x 40 comparisons on a turn).
+  double RiverEquityHandVsRandomOnTurn(const int* hole, const int* turn, int& count) const;
+  // Every opponent holding on a complete board.
+  double RiverEquityHandVsRandomOnRiver(const int* hole, const int* board, int& count) const;
+  // Monte Carlo with a time limit: trials and timeMs are in-out (limit in, done and elapsed out).
+  double RiverEquityHandVsRandomOnFlopLight(const int* hole, const int* flop, int& trials, int& timeMs);
+  // Every live holding of the range on the flop, no future cards.
+  double FlopEquityHandVsRangeOnFlop(const int* hole, const int* flop, const OmahaRange& range, int& count) const;
+  // The flop form averaged over every flop, in percent x 100 (0..10000); count is set to 0.
+  double FlopEquityHandVsRangeOnPreFlop(const int* hole, const OmahaRange& range, int& count) const;
+  double RiverEquityHandVsRangeOnFlopLight(const int* hole, const int* flop, const OmahaRange& range, int& trials,
+                                           int& timeMs);
+  // ---- Omaha Hi/Lo equity ----
+  double getProbabilityOfWinOmahaHL(const int* hole, const int* board, int nBoard, int nPlayers);
+  double EquityHandVsRandomHL(const int* hole, int nHole, const int* board, int nBoard, int nBoardTarget, int& trials,
+                              int& timeMs);
+  double RiverEquityHandVsRandomOnRiverHL(const int* hole, const int* board, int& count) const;
+  double RiverEquityHandsOnPreFlopCommonHL(const int* hands, int nHole, int nPlayers, int nDead, int& count,
+                                           int& timeMs) const;
+  double RiverEquityHandsOnFlopCommonHL(const int* hands, int nHole, int nPlayers, int nDead, const int* flop,
+                                        int& count, int& timeMs) const;
+  double RiverEquityHandsOnTurnCommonHL(const int* hands, int nHole, int nPlayers, int nDead, const int* turn,
+                                        int& count, int& timeMs) const;
 
   // ---- Hold'em equity (equity.h explains units and scoring) ----
   // Monte Carlo share of the pot (0..1) for two hole cards against players - 1 random hands, with

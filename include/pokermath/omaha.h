@@ -9,6 +9,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <span>
 #include <string>
 #include <vector>
@@ -82,6 +83,50 @@ int getOutsOmahaFsm5CommonTwoPairs(const int* hole, int nHole, const int* board,
 // least at the current nut value, outs[1] = cards that make me the nuts. Returns the number of nut
 // holdings, or 0 for another board size.
 int FindAllNuts(const int* hole, int nHole, const int* board, int nBoard, Spec& nutHands, int* outs);
+
+// ---- Omaha equity -----------------------------------------------------------------------------------
+// Percent results are (wins + ties / 2) / count x 100, each comparison heads-up; count is returned.
+
+// Every four-card holding of the unseen cards, on the flop or turn as it stands (no future cards).
+double FlopEquityHandVsRandomOnFlopFsm5(const int* hole, const int* flop, int& count);
+double TurnEquityHandVsRandomOnTurnFsm5(const int* hole, const int* turn, int& count);
+// Every opponent holding with every river card, the river cards shared out among threads.
+double RiverEquityHandVsRandomOnTurnFsm5(const int* hole, const int* turn, int& count);
+// Every opponent holding on a complete board, ranked by "omaha-7.bin".
+double RiverEquityHandVsRandomOnRiver_ofsm7(const int* hole, const int* board, int& count);
+// Monte Carlo against a random live holding of the range and a random board, with a time limit.
+double RiverEquityHandVsRangeOnPreflopLight(const int* hole, const OmahaRange& range, int& trials, int& timeMs);
+
+// Hi/Lo pot shares (0..1) of the hero: high values larger is stronger, lows smaller is better with 0
+// for no low. Heads-up: 1, 0.75, 0.5, 0.25 or 0.
+double HiLoShareHeadsUp(int heroHigh, int heroLow, int oppHigh, int oppLow);
+double HiLoShareMultiway(int heroHigh, int heroLow, const int* oppHigh, const int* oppLow, int n);
+
+// Multiway equity of players given as ranges of Omaha holdings (64-bit card masks of nHole cards).
+// The hero's range is `hero`, the opponents' ranges are opponents[0..nOpponents-1]. Every
+// combination of one holding per player that shares no card (with the others, the board or the dead
+// cards) is equally likely, and so is every completion of the board to boardTarget cards (5, or 3
+// or 4 for equity on the flop or turn as it stands). Each deal's pot is split: the high half (the
+// whole pot when nobody has an eight-or-better low, or when hiLo is 0) evenly among the best high
+// hands, the low half among the best lows (WinLowSummary). shares[0] receives the hero's expected
+// share of the pot (0..1), shares[1..nOpponents] the opponents'; count the deals counted; ms the
+// elapsed milliseconds. Returns the hero's share, or 0.0 when no combination exists.
+//
+// By Monte Carlo: `trials` random deals (a combination drawn whole and drawn again when two
+// holdings collide, then the missing board cards), on the C runtime's rand. ms is in-out here: a
+// time limit in milliseconds on entry (0 or less: none; checked every 10,000 trials), the elapsed
+// time on return.
+double getProbabilityOfWinOmaha64Common(int trials, std::vector<uint64_t>& hero, uint64_t board, int nHole,
+                                        std::vector<uint64_t>* opponents, int nOpponents, uint64_t dead, double* shares,
+                                        int& count, int& ms, int hiLo, int boardTarget);
+// Exactly: every combination of holdings (walked with CRoundEnumerate) with every board completion;
+// practical for small ranges (the work is combinations x boards).
+double getProbabilityOfWinOmaha64Enumerate(std::vector<uint64_t>& hero, uint64_t board, int nHole,
+                                           std::vector<uint64_t>* opponents, int nOpponents, uint64_t dead,
+                                           double* shares, int& count, int& ms, int hiLo, int boardTarget);
+// The number of combinations of one holding per range that share no card with each other or with
+// `dead`.
+uint64_t CountOfRanges64(const std::vector<uint64_t>* ranges, int nPlayers, uint64_t dead);
 
 // ---- Hutchison points ----------------------------------------------------------------------------
 

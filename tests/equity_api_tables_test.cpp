@@ -1,0 +1,146 @@
+// The pokermath:: equity API: exact answers against the classic engines and a brute force, Monte
+// Carlo within a few standard errors, the pre-flop table, and the errors.
+#include <cmath>
+
+#include "tables_fixture.h"
+#include "test_util.h"
+
+namespace {
+
+using pokermath::EquityMethod;
+using pokermath::EquityRequest;
+using pokermath::EquityResult;
+
+EquityRequest request(std::vector<std::string> players, const std::string& board = "",
+                      EquityMethod method = EquityMethod::Auto) {
+  EquityRequest r;
+  r.players = std::move(players);
+  r.board = pokermath::parse_cards(board);
+  r.method = method;
+  r.data_dir = tables_fixture::data_dir();
+  return r;
+}
+
+// The data directory holds the pre-flop table; a directory without it computes everything.
+std::filesystem::path directory_without_preflop_table() {
+  static const std::filesystem::path dir = [] {
+    const auto d = std::filesystem::temp_directory_path() / ("pokermath_api_" + std::to_string(::getpid()));
+    std::filesystem::create_directories(d);
+    std::filesystem::copy_file(tables_fixture::data_dir() / "OrvalisHR.dat", d / "OrvalisHR.dat",
+                               std::filesystem::copy_options::overwrite_existing);
+    return d;
+  }();
+  return dir;
+}
+
+TEST(EquityApi, HeadsUpExactMatchesTheClassicEngine) {
+  EquityRequest r = request({"AsKs", "QhQd"});
+  r.data_dir = directory_without_preflop_table();
+  const EquityResult result = pokermath::compute_equity(r);
+  ASSERT_TRUE(result.exact);
+  EXPECT_FALSE(result.from_table);
+  EXPECT_EQ(result.deals, 1712304);
+  double wins = 0, boards = 0;
+  tables_fixture::logic_with_table().getProbabilityOfWinWithNoBoard(test_util::cards("AsKs").data(),
+                                                                    test_util::cards("QhQd").data(), wins, boards);
+  EXPECT_DOUBLE_EQ(result.players[0].equity, wins / boards);
+  EXPECT_DOUBLE_EQ(result.players[0].equity + result.players[1].equity, 1.0);
+  EXPECT_DOUBLE_EQ(result.players[0].tie, result.players[1].tie);
+  EXPECT_DOUBLE_EQ(result.players[0].win + result.players[0].tie + result.players[1].win, 1.0);
+
+  // From the pre-flop table: the same equity, win and tie unknown.
+  const EquityResult table = pokermath::compute_equity(request({"AsKs", "QhQd"}));
+  ASSERT_TRUE(table.from_table);
+  EXPECT_DOUBLE_EQ(table.players[0].equity, wins / boards);
+  EXPECT_TRUE(std::isnan(table.players[0].win));
+}
+
+TEST(EquityApi, HandAgainstARangeGroupsMatchupsBySuits) {
+  EquityRequest r = request({"AsKs", "QQ+,AK"});
+  r.data_dir = directory_without_preflop_table();
+  const EquityResult result = pokermath::compute_equity(r);
+  ASSERT_TRUE(result.exact);
+  const double classic = tables_fixture::logic_with_table().getProbabilityOfWinBySpectrWithNoBoard(
+      test_util::cards("AsKs").data(), pokermath::parse_range("QQ+,AK"));
+  EXPECT_NEAR(result.players[0].equity, classic, 1e-12);
+  const EquityResult table = pokermath::compute_equity(request({"AsKs", "QQ+,AK"}));
+  EXPECT_NEAR(table.players[0].equity, classic, 1e-12);
+}
+
+TEST(EquityApi, MultiwayExactOnAFlopAgainstABruteForce) {
+  const EquityResult result = pokermath::compute_equity(request({"AhKh", "QcQd", "7s6s"}, "Qh 7h 2c"));
+  ASSERT_TRUE(result.exact);
+  const std::vector<int> hands = test_util::cards("AhKh QcQd 7s6s"), flop = test_util::cards("Qh 7h 2c");
+  double share[3] = {}, count = 0;
+  const uint64_t used = pokermath::cards_to_mask(hands) | pokermath::cards_to_mask(flop);
+  for (int t = 0; t < 52; ++t)
+    for (int r = t + 1; r < 52; ++r) {
+      if (used >> t & 1 || used >> r & 1) continue;
+      int best = 9999, value[3];
+      for (int p = 0; p < 3; ++p) {
+        const std::vector<int> w = test_util::words({hands[2 * p], hands[2 * p + 1], flop[0], flop[1], flop[2], t, r});
+        value[p] = tables_fixture::best_class_of_seven(w.data());
+        best = std::min(best, value[p]);
+      }
+      const int k = (value[0] == best) + (value[1] == best) + (value[2] == best);
+      for (int p = 0; p < 3; ++p)
+        if (value[p] == best) share[p] += 1.0 / k;
+      count += 1;
+    }
+  EXPECT_EQ(result.deals, count);
+  for (int p = 0; p < 3; ++p) EXPECT_NEAR(result.players[p].equity, share[p] / count, 1e-12) << p;
+}
+
+TEST(EquityApi, MonteCarloLandsWithinFourStandardErrors) {
+  const EquityResult exact =
+      pokermath::compute_equity(request({"AhKh", "random", "random"}, "Qh 7h 2c 9d", EquityMethod::Exact));
+  EquityRequest r = request({"AhKh", "random", "random"}, "Qh 7h 2c 9d", EquityMethod::MonteCarlo);
+  r.trials = test_util::sweep_size(200000, 20000);
+  r.seed = 42;
+  const EquityResult sampled = pokermath::compute_equity(r);
+  EXPECT_FALSE(sampled.exact);
+  EXPECT_EQ(sampled.deals, static_cast<double>(r.trials));
+  for (int p = 0; p < 3; ++p) {
+    EXPECT_GT(sampled.players[p].std_error, 0);
+    EXPECT_NEAR(sampled.players[p].equity, exact.players[p].equity, 4 * sampled.players[p].std_error) << p;
+  }
+  // The same seed gives the same numbers.
+  const EquityResult again = pokermath::compute_equity(r);
+  EXPECT_EQ(again.players[0].equity, sampled.players[0].equity);
+  // A time limit stops early.
+  r.trials = 1000000000;
+  r.time_ms = 50;
+  EXPECT_LT(pokermath::compute_equity(r).deals, 1000000000.0);
+}
+
+TEST(EquityApi, AutoChoosesMonteCarloForLargeQuestions) {
+  EquityRequest r = request({"AsAd", "random", "random", "random"});
+  r.trials = 20000;
+  const EquityResult result = pokermath::compute_equity(r);
+  EXPECT_FALSE(result.exact);
+  EXPECT_NEAR(result.players[0].equity, 0.64, 0.02);
+}
+
+TEST(EquityApi, BadRequestsNameTheProblem) {
+  auto message = [](EquityRequest r) {
+    try {
+      pokermath::compute_equity(r);
+    } catch (const pokermath::Error& e) {
+      return std::string(e.what());
+    }
+    return std::string("(no error)");
+  };
+  EXPECT_EQ(message(request({"AsKs"})), "expected 2 to 10 players, got 1");
+  EXPECT_EQ(message(request({"AsKs", "AsQd"})), "player 2: card 'As' is already in play");
+  EXPECT_EQ(message(request({"AsKs", "QhQd"}, "Ah Kh")), "a board has 0, 3, 4 or 5 cards, got 2");
+  EXPECT_EQ(message(request({"AsKs", "KK"}, "Kh Kd Kc")),
+            "player 2: the range 'KK' has no hand left once the known cards are removed");
+  EXPECT_EQ(message(request({"AA", "AA", "AA"})), "no deal is possible: the players' hands always share a card");
+  EXPECT_EQ(message(request({"AsKs", "AsKsQs"})), "player 2: a Hold'em hand is two cards, got 'AsKsQs'");
+  EXPECT_NE(message(request({"AsKs", "QQ+,XY"})).find("player 2:"), std::string::npos);
+  EquityRequest dead = request({"AsKs", "QhQd"});
+  dead.dead = test_util::cards("Qh");
+  EXPECT_EQ(message(dead), "player 2: card 'Qh' is already in play");
+}
+
+}  // namespace
