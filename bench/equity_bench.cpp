@@ -4,20 +4,12 @@
 
 #include <memory>
 
+#include "bench_tables.h"
 #include "pokermath/pokermath.h"
 
 namespace {
 
-PokerLogic& logic() {
-  static const std::unique_ptr<PokerLogic> logic = [] {
-    const auto dir = pokermath::default_data_directory();
-    pokermath::generate_table_file(dir, pokermath::TableFile::SevenCardLookup);
-    auto l = std::make_unique<PokerLogic>();
-    l->generate_table(pokermath::widen((dir / "OrvalisHR.dat").string()));
-    return l;
-  }();
-  return *logic;
-}
+PokerLogic& logic() { return bench_tables::logic(); }
 
 // A second object with the pre-flop table loaded (built by `pokermath tables --preflop`).
 PokerLogic* logic_with_preflop_table() {

@@ -8,6 +8,7 @@
 #include <random>
 #include <vector>
 
+#include "bench_tables.h"
 #include "pokermath/pokermath.h"
 
 namespace {
@@ -29,16 +30,7 @@ const std::vector<int>& random_hands() {
   return hands;
 }
 
-const PokerLogic& logic() {
-  static const std::unique_ptr<PokerLogic> logic = [] {
-    const auto dir = pokermath::default_data_directory();
-    pokermath::generate_table_file(dir, pokermath::TableFile::SevenCardLookup);
-    auto l = std::make_unique<PokerLogic>();
-    l->generate_table(pokermath::widen((dir / "OrvalisHR.dat").string()));
-    return l;
-  }();
-  return *logic;
-}
+const PokerLogic& logic() { return bench_tables::logic(); }
 
 void load_texas() { pokermath::load_table(pokermath::TableFile::Texas7, pokermath::default_data_directory()); }
 

@@ -13,40 +13,11 @@ namespace pokermath::detail {
 
 inline constexpr int kMaxWalkPlayers = 10;
 
-// One level of the walk: for each card x >= first not in `dead`, every player's state advances to
-// HR[state + x]; below the last level visit(states) receives the states after all missing cards
-// (the seven-card values when the hands reach seven cards).
-template <int Depth, typename Visit>
-void walk_table_level(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int first, Visit& visit) {
-  uint32_t next[kMaxWalkPlayers];
-  for (int x = first; x <= 52; ++x) {
-    if (dead >> x & 1) continue;
-    for (int p = 0; p < players; ++p) next[p] = HR[states[p] + x];
-    if constexpr (Depth == 1)
-      visit(next);
-    else
-      walk_table_level<Depth - 1>(HR, next, players, dead, x + 1, visit);
-  }
-}
-
-// Walks every completion by `missing` (1..5) cards. `states` holds each player's table state after
-// its known cards; `dead` has bit x set for each one-based code x already in play.
-template <typename Visit>
-void walk_seven_card_table(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int missing,
-                           Visit visit) {
-  switch (missing) {
-    case 1: walk_table_level<1>(HR, states, players, dead, 1, visit); break;
-    case 2: walk_table_level<2>(HR, states, players, dead, 1, visit); break;
-    case 3: walk_table_level<3>(HR, states, players, dead, 1, visit); break;
-    case 4: walk_table_level<4>(HR, states, players, dead, 1, visit); break;
-    case 5: walk_table_level<5>(HR, states, players, dead, 1, visit); break;
-    default: visit(states); break;
-  }
-}
-
-// Like walk_seven_card_table, but the last card is left to the caller: visit_rows(states, first)
-// gets each player's state before the last card and the first code the last card may take, and
-// sweeps the rows itself (HR + state, codes first..52) -- a tight loop the compiler vectorises.
+// Walks every completion by `missing` (1..5) cards, leaving the last card to the caller:
+// visit_rows(states, first) gets each player's table state before the last card and the first
+// code the last card may take, and sweeps the rows itself (HR + state, codes first..52): a tight
+// loop the compiler vectorises. `states` holds each player's state after its known cards; `dead`
+// has bit x set for each one-based code x already in play.
 template <int Depth, typename Visit>
 void walk_table_rows_level(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int first,
                            Visit& visit_rows) {
@@ -72,6 +43,25 @@ void walk_seven_card_table_rows(const uint32_t* HR, const uint32_t* states, int 
     case 4: walk_table_rows_level<4>(HR, states, players, dead, 1, visit_rows); break;
     default: walk_table_rows_level<5>(HR, states, players, dead, 1, visit_rows); break;
   }
+}
+
+// The same with one call per completion: visit(states) gets each player's state after all missing
+// cards (the seven-card values when the hands reach seven cards).
+template <typename Visit>
+void walk_seven_card_table(const uint32_t* HR, const uint32_t* states, int players, uint64_t dead, int missing,
+                           Visit visit) {
+  if (missing == 0) {
+    visit(states);
+    return;
+  }
+  walk_seven_card_table_rows(HR, states, players, dead, missing, [&](const uint32_t* before_last, int first) {
+    uint32_t last[kMaxWalkPlayers];
+    for (int x = first; x <= 52; ++x) {
+      if (dead >> x & 1) continue;
+      for (int p = 0; p < players; ++p) last[p] = HR[before_last[p] + x];
+      visit(static_cast<const uint32_t*>(last));
+    }
+  });
 }
 
 // 1 for each one-based code 1..52 not in `dead`, 0 otherwise (index 0 unused): multiplying by it

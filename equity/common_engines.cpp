@@ -7,6 +7,7 @@
 // per hole pair.
 #include <algorithm>
 
+#include "cards/draw.h"
 #include "equity/omaha_boards.h"
 #include "pokermath/equity.h"
 
@@ -113,14 +114,7 @@ double EquityHandVsRandomCommon(const int* hero, int h, const int* board, int bo
   int done = 0;
   for (int t = 0; t < trials; ++t) {
     int count = given;
-    auto draw = [&] {
-      int card;
-      do {
-        card = random.DrawRandomNumber();
-      } while (isExist(card, known, count));
-      known[count++] = card;
-      return card;
-    };
+    auto draw = [&] { return draw_unknown_card(random, known, count); };
     for (int i = boardCount; i < boardSize; ++i) full[i] = draw();
     int villain[kMaxHole];
     for (int i = 0; i < h; ++i) villain[i] = draw();

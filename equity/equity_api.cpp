@@ -68,6 +68,13 @@ struct Player {
 
 std::string ordinal(size_t i) { return "player " + std::to_string(i + 1); }
 
+// "random" or "any", in any case: a player holding any hand.
+bool is_random(std::string_view text) {
+  std::string lower(text);
+  for (char& ch : lower) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
+  return lower == "random" || lower == "any";
+}
+
 std::vector<Player> read_players(const EquityRequest& request, uint64_t& known) {
   const size_t n = request.players.size();
   if (n < 2 || n > kMaxPlayers)
@@ -95,12 +102,7 @@ std::vector<Player> read_players(const EquityRequest& request, uint64_t& known) 
     Player& p = players[i];
     if (p.fixed) continue;
     Spec range;
-    const std::string lower = [&] {
-      std::string s = p.text;
-      for (char& ch : s) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
-      return s;
-    }();
-    if (lower == "random" || lower == "any") {
+    if (is_random(p.text)) {
       range.MakeRandom();
     } else {
       try {
@@ -514,9 +516,7 @@ std::vector<OmahaPlayer> read_omaha_players(const EquityRequest& request, const 
   for (size_t i = 0; i < n; ++i) {
     OmahaPlayer& p = players[i];
     p.text = request.players[i];
-    std::string lower = p.text;
-    for (char& ch : lower) ch = static_cast<char>(std::tolower(static_cast<unsigned char>(ch)));
-    if (lower == "random" || lower == "any") continue;
+    if (is_random(p.text)) continue;
     try {
       p.cards = parse_cards(p.text);
     } catch (const Error& e) {

@@ -1,6 +1,7 @@
 // Hold'em hand-against-hand and hand-against-random equity, the PokerLogic members.
 #include <algorithm>
 
+#include "cards/draw.h"
 #include "equity/holdem_exact.h"
 #include "pokermath/equity.h"
 
@@ -51,14 +52,7 @@ double PokerLogic::getProbabilityOfWin(const int* hole, const int* board, int bo
   std::copy(board, board + boardCount, known + 2);
   std::fill(known + given, known + 25, -1);
   m_random.SetInterval(0, 51);
-  auto draw = [&](int& count) {
-    int card;
-    do {
-      card = m_random.DrawRandomNumber();
-    } while (isExist(card, known, count));
-    known[count++] = card;
-    return card;
-  };
+  auto draw = [&](int& count) { return draw_unknown_card(m_random, known, count); };
 
   double score = 0;
   for (int trial = 0; trial < m_trials; ++trial) {

@@ -9,6 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "cards/draw.h"
 #include "equity/board_walk.h"
 #include "equity/matchups.h"
 #include "pokermath/equity.h"
@@ -116,13 +117,7 @@ double sampled(PokerLogic& logic, const int* hole, const int* board, int boardCo
   for (int trial = 0; trial < logic.m_trials; ++trial) {
     std::fill(known + given, known + 25, -1);
     int n = given;
-    for (int i = boardCount; i < target; ++i) {
-      int card;
-      do {
-        card = logic.m_random.DrawRandomNumber();
-      } while (isExist(card, known, n));
-      known[n++] = card;
-    }
+    for (int i = boardCount; i < target; ++i) draw_unknown_card(logic.m_random, known, n);
     walk_range(HR, hole, ArrayToInt64(n, known), table_state(HR, known + 2, target), target, range, score, count);
   }
   return score / count;

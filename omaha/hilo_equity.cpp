@@ -3,6 +3,7 @@
 // 0, 1/4, 1/2, 3/4 or 1.
 #include <algorithm>
 
+#include "cards/draw.h"
 #include "omaha/holdings.h"
 #include "omaha/omaha_internal.h"
 #include "pokermath/omaha.h"
@@ -40,18 +41,7 @@ double HiLoShareMultiway(int heroHigh, int heroLow, const int* oppHigh, const in
   return highWays > 1 ? 0.5 + 0.5 / highWays : 0.5;
 }
 
-namespace {
-
-int draw(EasyRandom& random, int* known, int& n) {
-  int card;
-  do {
-    card = random.DrawRandomNumber();
-  } while (isExist(card, known, n));
-  known[n++] = card;
-  return card;
-}
-
-}  // namespace
+using pokermath::detail::draw_unknown_card;
 
 double PokerLogic::getProbabilityOfWinOmahaHL(const int* hole, const int* board, int nBoard, int nPlayers) {
   if (nBoard >= 6 || nPlayers < 2 || nPlayers > 10) return 0.0;
@@ -67,14 +57,14 @@ double PokerLogic::getProbabilityOfWinOmahaHL(const int* hole, const int* board,
     int n = given;
     int full[5];
     std::copy(board, board + nBoard, full);
-    for (int i = nBoard; i < 5; ++i) full[i] = draw(random, known, n);
+    for (int i = nBoard; i < 5; ++i) full[i] = draw_unknown_card(random, known, n);
     const int heroLow = SetLowValueCombinationOmahaCommon(hole, 4, full, 5);
     const int heroHigh = getCombinationOmahaFsm5Common(hole, 4, full, 5, out);
     int highTies = 1, lowTies = heroLow ? 1 : 0;
     bool anyLow = heroLow != 0, heroLowAlive = heroLow != 0, heroHighAlive = true;
     for (int p = 1; p < nPlayers && (heroHighAlive || heroLowAlive); ++p) {
       int opponent[4];
-      for (int& c : opponent) c = draw(random, known, n);
+      for (int& c : opponent) c = draw_unknown_card(random, known, n);
       const int low = SetLowValueCombinationOmahaCommon(opponent, 4, full, 5);
       const int high = getCombinationOmahaFsm5Common(opponent, 4, full, 5, out);
       anyLow = anyLow || low != 0;
@@ -111,9 +101,9 @@ double PokerLogic::EquityHandVsRandomHL(const int* hole, int nHole, const int* b
     int n = nHole + nBoard;
     int full[5];
     std::copy(board, board + nBoard, full);
-    for (int i = nBoard; i < nBoardTarget; ++i) full[i] = draw(m_random, known, n);
+    for (int i = nBoard; i < nBoardTarget; ++i) full[i] = draw_unknown_card(m_random, known, n);
     int opponent[6];
-    for (int i = 0; i < nHole; ++i) opponent[i] = draw(m_random, known, n);
+    for (int i = 0; i < nHole; ++i) opponent[i] = draw_unknown_card(m_random, known, n);
     sum += HiLoShareHeadsUp(getCombinationOmahaFsm5Common(hole, nHole, full, nBoardTarget, out),
                             SetLowValueCombinationOmahaCommon(hole, nHole, full, nBoardTarget),
                             getCombinationOmahaFsm5Common(opponent, nHole, full, nBoardTarget, out),

@@ -8,10 +8,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "cards/draw.h"
 #include "omaha/holdings.h"
 #include "omaha/omaha_internal.h"
 #include "pokermath/omaha.h"
 
+using pokermath::detail::draw_unknown_card;
 using pokermath::detail::HoldingValues;
 using pokermath::detail::seen_cards;
 
@@ -66,16 +68,6 @@ double sum_rivers(const RiverCounts* per_river, int& count) {
   return sum / count * 100;
 }
 
-// Draws a card not among the first `n` known cards and appends it.
-int draw(EasyRandom& random, int* known, int& n) {
-  int card;
-  do {
-    card = random.DrawRandomNumber();
-  } while (isExist(card, known, n));
-  known[n++] = card;
-  return card;
-}
-
 // Time checks of the Light forms: after every 10,000th trial (the first included).
 bool out_of_time(int trial, uint32_t start, int limit_ms) {
   return trial % 10000 == 0 && static_cast<int>(GetTickCount() - start) > limit_ms;
@@ -113,7 +105,7 @@ double light_against_range(const int* hole, const int* given_board, int given, c
     n += 4;
     int board[5];
     std::copy(given_board, given_board + given, board);
-    for (int i = given; i < 5; ++i) board[i] = draw(cards, known, n);
+    for (int i = given; i < 5; ++i) board[i] = draw_unknown_card(cards, known, n);
     score.add(get_rank7(hole, board), get_rank7(holding.data(), board));
     ++done;
     if (out_of_time(t, start, timeMs)) break;
@@ -140,12 +132,12 @@ double PokerLogic::getProbabilityOfWinOmaha(const int* hole, const int* board, i
     int n = given;
     int full[5];
     std::copy(board, board + nBoard, full);
-    for (int i = nBoard; i < 5; ++i) full[i] = draw(random, known, n);
+    for (int i = nBoard; i < 5; ++i) full[i] = draw_unknown_card(random, known, n);
     const int mine = getCombinationOmahaFsm5Common(hole, 4, full, 5, out);
     double share = 1.0;
     for (int p = 1; p < nPlayers; ++p) {
       int opponent[4];
-      for (int& c : opponent) c = draw(random, known, n);
+      for (int& c : opponent) c = draw_unknown_card(random, known, n);
       const int theirs = getCombinationOmahaFsm5Common(opponent, 4, full, 5, out);
       if (theirs > mine) {
         share = -1.0;  // lost: no further opponent is dealt
@@ -223,9 +215,9 @@ double PokerLogic::RiverEquityHandVsRandomOnFlopLight(const int* hole, const int
   for (int t = 0; t < trials; ++t) {
     int n = 7;
     int opponent[4], board[5] = {flop[0], flop[1], flop[2]};
-    for (int& c : opponent) c = draw(m_random, known, n);
-    board[3] = draw(m_random, known, n);
-    board[4] = draw(m_random, known, n);
+    for (int& c : opponent) c = draw_unknown_card(m_random, known, n);
+    board[3] = draw_unknown_card(m_random, known, n);
+    board[4] = draw_unknown_card(m_random, known, n);
     score.add(get_rank7(hole, board), get_rank7(opponent, board));
     ++done;
     if (out_of_time(t, start, timeMs)) break;

@@ -7,14 +7,7 @@ namespace {
 
 using pokermath::Error;
 
-std::string error_of(auto&& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    return e.what();
-  }
-  return "(no error)";
-}
+using test_util::error_of;
 
 TEST(CardParse, OneCardInAnyCase) {
   EXPECT_EQ(pokermath::parse_card("As"), 51);

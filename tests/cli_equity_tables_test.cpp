@@ -7,6 +7,7 @@
 namespace {
 
 using cli_run::CliRun;
+using cli_run::expect_bad_input;
 using cli_run::lines;
 using cli_run::run;
 
@@ -53,12 +54,7 @@ TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
       {"equity AsKs ZZ9", "player 2"},
       {"equity AsKs QhQd --exact --monte-carlo", "excludes"},
   };
-  for (const auto& [args, message] : cases) {
-    const CliRun r = run(args + data_dir());
-    EXPECT_EQ(r.exit_code, 2) << args << ": " << r.out;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args + data_dir(), message);
 }
 
 TEST(CliOmaha, BestOutsAndNuts) {
@@ -78,12 +74,7 @@ TEST(CliOmaha, BestOutsAndNuts) {
       {"omaha best AsKs7d2c AsJsTs", "is also in the hole"},
       {"omaha nuts QsJs", "expected 3 to 5 board cards"},
   };
-  for (const auto& [args, message] : bad) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-  }
+  for (const auto& [args, message] : bad) expect_bad_input(args, message);
 }
 
 }  // namespace
@@ -107,12 +98,7 @@ TEST(CliEquity, OmahaGames) {
       {"equity --game omaha AsKsQhJh AsKd8c7d", "player 2: card 'As' is already in play"},
       {"equity --game razz AsKsQhJh 9c9d8c7d", "--game"},
   };
-  for (const auto& [args, message] : bad) {
-    const CliRun r = run(args + data_dir());
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-  }
+  for (const auto& [args, message] : bad) expect_bad_input(args + data_dir(), message);
 }
 
 }  // namespace

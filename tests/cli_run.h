@@ -1,6 +1,7 @@
 // Runs the pokermath program (POKERMATH_CLI) as a user would and collects what it printed.
 #pragma once
 
+#include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -42,5 +43,15 @@ inline CliRun run(const std::string& args) {
 }
 
 inline int lines(const std::string& text) { return static_cast<int>(std::count(text.begin(), text.end(), '\n')); }
+
+// Runs `args` and expects what bad input gives: exit code 2, one line on stderr that holds
+// `message`, and nothing on stdout.
+inline void expect_bad_input(const std::string& args, const std::string& message) {
+  const CliRun r = run(args);
+  EXPECT_EQ(r.exit_code, 2) << args;
+  EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
+  EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
+  EXPECT_TRUE(r.out.empty()) << args << ": " << r.out;
+}
 
 }  // namespace cli_run

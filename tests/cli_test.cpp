@@ -11,6 +11,7 @@
 namespace {
 
 using cli_run::CliRun;
+using cli_run::expect_bad_input;
 using cli_run::lines;
 using cli_run::run;
 
@@ -50,13 +51,7 @@ TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
       {"eval", "cards is required"},
       {"frobnicate", "frobnicate"},
   };
-  for (auto [args, message] : cases) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-    EXPECT_TRUE(r.out.empty()) << args;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
 
 TEST(Cli, EvalOtherGames) {
@@ -75,12 +70,7 @@ TEST(Cli, EvalOtherGames) {
       {"eval --game lowball27 7c 5d 4h 3s 2c 9d", "expected 5 cards, got 6"},
       {"eval --game omaha 7c 5d 4h 3s 2c", "--game"},
   };
-  for (const auto& [args, message] : bad) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-  }
+  for (const auto& [args, message] : bad) expect_bad_input(args, message);
   std::filesystem::remove_all(dir);
 }
 
@@ -150,13 +140,7 @@ TEST(CliPayout, BadInputIsOneLineAndExitCodeTwo) {
        "bad rank '99999999999' at position 2: expected a whole number that fits"},
       {"payout --bets 100,60", "--ranks is required"},
   };
-  for (auto [args, message] : cases) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-    EXPECT_TRUE(r.out.empty()) << args;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
 
 TEST(CliHistory, PrintsTheNewLinesAndWhereToResume) {
@@ -185,12 +169,7 @@ TEST(CliHistory, PrintsTheNewLinesAndWhereToResume) {
       {"history " + (dir / "none.txt").string(), "no such file: '" + (dir / "none.txt").string() + "'"},
       {"history", "file is required"},
   };
-  for (const auto& [args, message] : cases) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
 
 TEST(CliRecords, HelpNamesTheCommandsAndTheirOptions) {
@@ -306,13 +285,7 @@ TEST(Cli, RangeBadInputIsOneLineAndExitCodeTwo) {
       {"range --file missing.txt --top 5", "range file 'missing.txt' not found"},
       {"range --file ranking.dat --top 5", "range file 'ranking.dat': the name must end in .txt"},
   };
-  for (auto [args, message] : cases) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-    EXPECT_TRUE(r.out.empty()) << args;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
 
 TEST(CliOmahaHutchison, ShowsEachStageWithItsSteps) {
@@ -361,13 +334,7 @@ TEST(CliOmahaHutchison, BadInputIsOneLineAndExitCodeTwo) {
       {"omaha hutchison Ax Ah Ks Kh", "bad card 'Ax' at position 1"},
       {"omaha hutchison", "hand is required"},
   };
-  for (auto [args, message] : cases) {
-    const CliRun r = run(args);
-    EXPECT_EQ(r.exit_code, 2) << args;
-    EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
-    EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
-    EXPECT_TRUE(r.out.empty()) << args;
-  }
+  for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
 
 }  // namespace

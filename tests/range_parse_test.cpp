@@ -17,14 +17,7 @@ using pokermath::RangeNotation;
 using range_test::matrix;
 using range_test::spec_of_cells;
 
-std::string error_of(auto&& call) {
-  try {
-    call();
-  } catch (const Error& e) {
-    return e.what();
-  }
-  return "(no error)";
-}
+using test_util::error_of;
 
 // The cells of a list of class names in the tables' notation ("AA", "AKs", "AKo").
 std::vector<int> cells_of(std::initializer_list<const char*> names) {

@@ -43,6 +43,17 @@ inline constexpr bool kSanitized = false;
 // `full` normally, `sample` in sanitizer builds.
 inline int64_t sweep_size(int64_t full, int64_t sample) { return kSanitized ? sample : full; }
 
+// The message of the pokermath::Error that `call` throws, or "(no error)".
+template <typename Call>
+std::string error_of(Call&& call) {
+  try {
+    call();
+  } catch (const pokermath::Error& e) {
+    return e.what();
+  }
+  return "(no error)";
+}
+
 // Card codes from a text such as "AsKsQs"; for test inputs only.
 inline std::vector<int> cards(const std::string& text) { return pokermath::parse_cards(text); }
 
