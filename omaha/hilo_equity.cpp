@@ -45,26 +45,18 @@ using pokermath::detail::draw_unknown_card;
 
 double PokerLogic::getProbabilityOfWinOmahaHL(const int* hole, const int* board, int nBoard, int nPlayers) {
   if (nBoard >= 6 || nPlayers < 2 || nPlayers > 10) return 0.0;
-  int known[64];
-  std::copy(hole, hole + 4, known);
-  std::copy(board, board + nBoard, known + 4);
-  const int given = 4 + nBoard;
-  EasyRandom random(0, 51);
-  random.SetTimerSeed();
+  pokermath::detail::OmahaDeals deals(hole, board, nBoard);
   double sum = 0;
   int out[5];
   for (int t = 0; t < m_trials; ++t) {
-    int n = given;
-    int full[5];
-    std::copy(board, board + nBoard, full);
-    for (int i = nBoard; i < 5; ++i) full[i] = draw_unknown_card(random, known, n);
+    const int* full = deals.next_board();
     const int heroLow = SetLowValueCombinationOmahaCommon(hole, 4, full, 5);
     const int heroHigh = getCombinationOmahaFsm5Common(hole, 4, full, 5, out);
     int highTies = 1, lowTies = heroLow ? 1 : 0;
     bool anyLow = heroLow != 0, heroLowAlive = heroLow != 0, heroHighAlive = true;
     for (int p = 1; p < nPlayers && (heroHighAlive || heroLowAlive); ++p) {
       int opponent[4];
-      for (int& c : opponent) c = draw_unknown_card(random, known, n);
+      deals.next_opponent(opponent);
       const int low = SetLowValueCombinationOmahaCommon(opponent, 4, full, 5);
       const int high = getCombinationOmahaFsm5Common(opponent, 4, full, 5, out);
       anyLow = anyLow || low != 0;

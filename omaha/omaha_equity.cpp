@@ -119,25 +119,16 @@ double light_against_range(const int* hole, const int* given_board, int given, c
 
 double PokerLogic::getProbabilityOfWinOmaha(const int* hole, const int* board, int nBoard, int nPlayers) {
   if (nBoard >= 6 || nPlayers < 2 || nPlayers >= 11) return 0.0;
-  int known[64];
-  std::copy(hole, hole + 4, known);
-  std::copy(board, board + nBoard, known + 4);
-  const int given = 4 + nBoard;
-  EasyRandom random(0, 51);
-  random.SetTimerSeed();
+  pokermath::detail::OmahaDeals deals(hole, board, nBoard);
   double sum = 0;
   int out[5];
   for (int t = 0; t < m_trials; ++t) {
-    std::fill(known + given, known + std::min(64, given + 45), -1);
-    int n = given;
-    int full[5];
-    std::copy(board, board + nBoard, full);
-    for (int i = nBoard; i < 5; ++i) full[i] = draw_unknown_card(random, known, n);
+    const int* full = deals.next_board();
     const int mine = getCombinationOmahaFsm5Common(hole, 4, full, 5, out);
     double share = 1.0;
     for (int p = 1; p < nPlayers; ++p) {
       int opponent[4];
-      for (int& c : opponent) c = draw_unknown_card(random, known, n);
+      deals.next_opponent(opponent);
       const int theirs = getCombinationOmahaFsm5Common(opponent, 4, full, 5, out);
       if (theirs > mine) {
         share = -1.0;  // lost: no further opponent is dealt

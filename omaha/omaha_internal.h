@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <vector>
 
+#include "cards/draw.h"
 #include "pokermath/omaha.h"
 
 namespace pokermath::detail {
@@ -60,5 +61,37 @@ void for_each_state_machine_out(const int* hole, int nHole, const int* board, in
     if (new_category > category || better_straight || better_full_house) visit(card, new_value, new_category);
   });
 }
+
+// The deals of the multiway Omaha Monte Carlo engines: the hero's four cards and the given board
+// are known; each deal completes the board, then deals the opponents, every card drawn against all
+// the cards known so far in the deal. The generator is the process-wide one, seeded from the clock.
+class OmahaDeals {
+ public:
+  OmahaDeals(const int* hole, const int* board, int nBoard) : m_given(4 + nBoard), m_board_cards(nBoard) {
+    std::copy(hole, hole + 4, m_known);
+    std::copy(board, board + nBoard, m_known + 4);
+    std::copy(board, board + nBoard, m_board);
+    m_random.SetTimerSeed();
+  }
+
+  // Starts a deal and returns its complete five-card board.
+  const int* next_board() {
+    std::fill(m_known + m_given, m_known + 64, -1);
+    m_count = m_given;
+    for (int i = m_board_cards; i < 5; ++i) m_board[i] = draw_unknown_card(m_random, m_known, m_count);
+    return m_board;
+  }
+
+  // Deals the next opponent's four cards.
+  void next_opponent(int* cards) {
+    for (int i = 0; i < 4; ++i) cards[i] = draw_unknown_card(m_random, m_known, m_count);
+  }
+
+ private:
+  int m_known[64];
+  int m_board[5];
+  int m_given, m_board_cards, m_count = 0;
+  EasyRandom m_random{0, 51};
+};
 
 }  // namespace pokermath::detail
