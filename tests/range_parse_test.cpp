@@ -163,12 +163,7 @@ TEST(RangeCounts, CombinationsClassesAndNames) {
   EXPECT_EQ(counts[28], 6);
   EXPECT_EQ(std::accumulate(counts.begin(), counts.end(), 0), 11);
 
-  const std::pair<int, const char*> names[] = {{0, "AA"},    {1, "AKs"},   {13, "AKo"},
-                                               {155, "32s"}, {167, "32o"}, {168, "22"}};
-  for (const auto& [cell, name] : names) EXPECT_EQ(pokermath::hand_class_name(cell), name);
-  int total = 0;
-  for (int cell = 0; cell < 169; ++cell) total += pokermath::hand_class_combos(cell);
-  EXPECT_EQ(total, 1326);
+  // Class names and counts are read back by every test that builds cells from names or totals a file.
   EXPECT_EQ(error_of([] { pokermath::hand_class_name(169); }), "bad class cell 169: must be 0..168");
   EXPECT_EQ(error_of([] { pokermath::hand_class_combos(-1); }), "bad class cell -1: must be 0..168");
 
@@ -209,7 +204,7 @@ TEST(RangeTables, EntriesByPercentage) {
 class RangeFile : public testing::Test {
  protected:
   range_test::ScratchDir m_dir{"pokermath_range_file"};
-  range_test::MessageCapture m_messages;  // the pokermath:: loader reports by exceptions only
+  test_util::MessageCapture m_messages;  // the pokermath:: loader reports by exceptions only
 
   std::string write(const std::vector<std::string>& lines) const { return m_dir.write("ranking.txt", lines); }
 

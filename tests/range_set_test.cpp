@@ -231,7 +231,7 @@ TEST(SpecTokens, TokenGrammarAndReturnValues) {
 class SpecFile : public testing::Test {
  protected:
   range_test::ScratchDir m_dir{"pokermath_spec_file"};
-  range_test::MessageCapture m_messages;
+  test_util::MessageCapture m_messages;
 
   // A Spec set up as a Hold'em percentage source for a file in the scratch directory.
   Spec source(const std::string& name) const {
