@@ -7,18 +7,18 @@
 
 #include "pokermath/records.h"
 #include "temp_dir.h"
+#include "test_util.h"
 
 namespace {
 
 using namespace std::string_literals;
 using test_util::TempDir;
+using test_util::wide;
 using Reader = int (*)(const CString&, int64_t&, CStringArray&);
 
 const std::pair<Reader, const char*> kReaders[] = {{ReadHistoryFile, "ReadHistoryFile"},
                                                    {ReadHistoryFileEx, "ReadHistoryFileEx"},
                                                    {ReadHistoryFileUTF8, "ReadHistoryFileUTF8"}};
-
-CString wide(const std::filesystem::path& path) { return pokermath::widen(path.string()); }
 
 const std::wstring kHand =
     L"PokerStars Hand #1: Hold'em No Limit (\u20ac0.01/\u20ac0.02)\n"
@@ -97,27 +97,9 @@ TEST(HistoryFile, PathsStartingWith888pokerAreReadAsNarrowText) {
   std::filesystem::current_path(previous);
 }
 
-TEST(HistoryFile, ASecondCallReadsOnlyTheAppendedLines) {
-  TempDir dir;
-  const auto path = dir / "hh.txt";
-  for (auto [reader, name] : kReaders) {
-    test_util::write_bytes(path, "Hand #1\r\nSeat 1\r\n");
-    int64_t position = 0;
-    CStringArray lines;
-    ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, (CStringArray{L"Hand #1", L"Seat 1"})) << name;
-    test_util::append_bytes(path, "\r\nHand #2\r\nSeat 2\r\n");
-    ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, (CStringArray{L"Hand #2", L"Seat 2"})) << name;
-    EXPECT_EQ(position, 36) << name;
-    ASSERT_EQ(reader(wide(path), position, lines), 0);  // nothing new
-    EXPECT_TRUE(lines.empty()) << name;
-    EXPECT_EQ(position, 36) << name;
-  }
-}
-
 // A writer stopped in the middle of a line: the reader returns the lines before it and a position
-// at its start; the next call returns it whole once its line end is there, never half of it.
+// at its start; the next call returns it whole once its line end is there, never half of it, and
+// never the lines an earlier call returned.
 TEST(HistoryFile, AnUnfinishedLastLineComesWholeOnALaterCall) {
   TempDir dir;
   const auto path = dir / "hh.txt";
@@ -193,8 +175,7 @@ TEST(HistoryFile, AFileThatDisappearsGivesMinusOneAndKeepsThePosition) {
 
 TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo) {
   TempDir dir;
-  std::vector<CString> messages;
-  const MessageHandler previous = SetMessageHandler([&](const CString& text) { messages.push_back(text); });
+  test_util::MessageCapture messages;
   std::vector<CString> unopenable = {wide(dir.path())};  // a directory exists but is no file
   if (::geteuid() != 0) {                                // root reads any file
     test_util::write_bytes(dir / "locked.txt", "Hand #1\n");
@@ -210,7 +191,7 @@ TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo
       EXPECT_TRUE(lines.empty()) << name;
       EXPECT_EQ(position, 5) << name;
       const bool reports = reader == ReadHistoryFileUTF8;
-      EXPECT_EQ(messages,
+      EXPECT_EQ(messages.texts(),
                 reports ? std::vector<CString>{L"File <" + path + L"> could not be opened!"} : std::vector<CString>{})
           << name;
     }
@@ -219,8 +200,7 @@ TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo
   int64_t position = 0;
   CStringArray lines;
   EXPECT_EQ(ReadHistoryFileUTF8(wide(dir / "missing.txt"), position, lines), -1);
-  EXPECT_TRUE(messages.empty());  // a missing file is no message
-  SetMessageHandler(previous);
+  EXPECT_TRUE(messages.texts().empty());  // a missing file is no message
 }
 
 TEST(HistoryFile, NegativePositionsFailAndPositionsPastTheEndReadNothing) {
@@ -268,13 +248,8 @@ TEST(ReadHistory, RejectsWhatItCannotReadNamingIt) {
   const auto path = dir / "hh.txt";
   test_util::write_bytes(path, "\xFE\xFF" + test_util::utf16(L"Hand #1\n", true));  // 18 bytes
   const std::string name = "'" + path.string() + "'";
-  auto message = [](const std::filesystem::path& file, int64_t from) -> std::string {
-    try {
-      pokermath::read_history(file, from);
-    } catch (const pokermath::Error& e) {
-      return e.what();
-    }
-    return "(no error)";
+  auto message = [](const std::filesystem::path& file, int64_t from) {
+    return test_util::error_of([&] { pokermath::read_history(file, from); });
   };
   EXPECT_EQ(message(dir / "none.txt", 0), "no such file: '" + (dir / "none.txt").string() + "'");
   EXPECT_EQ(message(dir.path(), 0), "'" + dir.path().string() + "' is a directory, not a hand-history file");
