@@ -106,9 +106,7 @@ TEST(Decks, SubsetEnumeratorWalksInLexicographicOrder) {
   EXPECT_EQ(sevens.m_start.size(), 7u);
   sevens.first();
   EXPECT_EQ(sevens.m_start.size(), 14u);  // appended again on every restart
-}
 
-TEST(Decks, SubsetEnumeratorOfSizeZeroIsEmpty) {
   CRoundBoardEnumerate none(0, 10);
   EXPECT_TRUE(none.first().empty());
   EXPECT_EQ(none.m_index, 0);
