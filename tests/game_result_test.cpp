@@ -123,16 +123,8 @@ TEST(GameResult, ZeroBetsWithTheBestRankShareSplitsWhilePayShowdownConserves) {
             (std::vector<int>{10, 10, 0}));
 }
 
-TEST(PayShowdown, ListsTheMainPotAndSidePotsWithTheirWinners) {
-  const pokermath::ShowdownPayout payout =
-      pokermath::pay_showdown(std::vector<int>{100, 60, 40}, std::vector<int>{3, 7, 7});
-  EXPECT_EQ(payout.wins, (std::vector<int>{40, 100, 60}));
-  // amount: players > winners; the last pot is player 1's uncalled chips.
-  std::string pots;
-  for (const pokermath::SidePot& pot : payout.pots)
-    pots += std::to_string(pot.amount) + ": " + show(pot.players) + " > " + show(pot.winners) + "; ";
-  EXPECT_EQ(pots, "120: 0,1,2 > 1,2; 40: 0,1 > 1; 40: 0 > 0; ");
-}
+// The main pot and the side pots of 100/60/40 with their players and winners: the payout CLI test,
+// which prints them from pay_showdown.
 
 TEST(PayShowdown, RejectsBadInputNamingIt) {
   auto message = [](std::vector<int> bets, std::vector<int> ranks) {

@@ -174,12 +174,8 @@ TEST(RangeCounts, CombinationsClassesAndNames) {
 }
 
 TEST(RangeTables, EntriesByPercentage) {
+  // The equity table at 4.3 per cent is shown in full by the range CLI test.
   using pokermath::RangeTable;
-  const auto equity = pokermath::table_range(RangeTable::Equity, 4.3);
-  EXPECT_EQ(equity.key, 4.2);
-  EXPECT_EQ(equity.text, "99+,AQs+,AKo");
-  EXPECT_EQ(pokermath::range_combos(equity.range), 56);
-
   const auto groups = pokermath::table_range(RangeTable::Groups, 5);
   EXPECT_EQ(groups.key, 4.7);
   EXPECT_EQ(groups.text, "TT+,AQs+,AQo+");

@@ -232,11 +232,6 @@ TEST(GroupTables, GroupStepsAndTheBrenmarkTexts) {
     // more classes than its range holds.
     if (key != 40.0) expect_text_reads_as(tables.m_brenmarkText.at(key), tables.m_brenmarkTable.at(key), key);
   }
-  Spec out;
-  CString text;
-  tables.GetSpecByPercent(3.5, out, text, 1);
-  EXPECT_EQ(text, L"JJ+,AK");
-  EXPECT_EQ(out.m_hands, tables.m_brenmarkTable.at(3.0).m_hands);
 }
 
 TEST(TableSelection, LargestKeyAtOrBelowThePercentage) {
