@@ -8,7 +8,7 @@ namespace {
 
 using cli_run::CliRun;
 using cli_run::expect_bad_input;
-using cli_run::lines;
+using cli_run::expect_output;
 using cli_run::run;
 
 std::string data_dir() {
@@ -17,29 +17,16 @@ std::string data_dir() {
 }
 
 TEST(CliEquity, HandAgainstHandIsExact) {
-  const CliRun r = run("equity AsKs QhQd" + data_dir());
-  EXPECT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_NE(r.out.find("method:  exact"), std::string::npos) << r.out;
-  EXPECT_NE(r.out.find("46.21%"), std::string::npos) << r.out;  // AsKs's equity
-  EXPECT_NE(r.out.find("53.79%"), std::string::npos) << r.out;
-  const CliRun json = run("equity AsKs QhQd --exact --json" + data_dir());
-  EXPECT_NE(json.out.find("\"method\": \"exact\""), std::string::npos) << json.out;
-  EXPECT_NE(json.out.find("\"hand\": \"QhQd\""), std::string::npos) << json.out;
+  expect_output("equity AsKs QhQd" + data_dir(), {"method:  exact", "46.21%", "53.79%"});
+  expect_output("equity AsKs QhQd --exact --json" + data_dir(), {"\"method\": \"exact\"", "\"hand\": \"QhQd\""});
 }
 
 TEST(CliEquity, RangesRandomHandsAndBoards) {
-  const CliRun range = run("equity AsKs \"QQ+,AKs,A5s-A2s\"" + data_dir());
-  EXPECT_EQ(range.exit_code, 0) << range.err;
-  EXPECT_NE(range.out.find("QQ+,AKs,A5s-A2s"), std::string::npos) << range.out;
-  const CliRun flop = run("equity AhKh random --board Qh7h2c" + data_dir());
-  EXPECT_EQ(flop.exit_code, 0) << flop.err;
-  EXPECT_NE(flop.out.find("board:   Qh 7h 2c"), std::string::npos) << flop.out;
-  const CliRun mc = run("equity AsAd --players 4 --monte-carlo --trials 20000 --seed 9" + data_dir());
-  EXPECT_EQ(mc.exit_code, 0) << mc.err;
-  EXPECT_NE(mc.out.find("Monte Carlo, 20,000 trials, seed 9"), std::string::npos) << mc.out;
-  EXPECT_NE(mc.out.find("std error"), std::string::npos) << mc.out;
-  EXPECT_EQ(run("equity AsAd --players 4 --monte-carlo --trials 20000 --seed 9" + data_dir()).out.substr(0, 200),
-            mc.out.substr(0, 200));  // the same seed, the same numbers
+  expect_output("equity AsKs \"QQ+,AKs,A5s-A2s\"" + data_dir(), {"QQ+,AKs,A5s-A2s"});
+  expect_output("equity AhKh random --board Qh7h2c" + data_dir(), {"board:   Qh 7h 2c"});
+  const std::string mc = "equity AsAd --players 4 --monte-carlo --trials 20000 --seed 9" + data_dir();
+  const CliRun first = expect_output(mc, {"Monte Carlo, 20,000 trials, seed 9", "std error"});
+  EXPECT_EQ(run(mc).out.substr(0, 200), first.out.substr(0, 200));  // the same seed, the same numbers
 }
 
 TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
@@ -58,15 +45,9 @@ TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
 }
 
 TEST(CliOmaha, BestOutsAndNuts) {
-  const CliRun best = run("omaha best AsKs7d2c QsJsTs3h2d");
-  EXPECT_EQ(best.exit_code, 0) << best.err;
-  EXPECT_NE(best.out.find("best hand:   As Ks + Qs Js Ts"), std::string::npos) << best.out;
-  EXPECT_NE(best.out.find("low:         no low"), std::string::npos) << best.out;
-  const CliRun outs = run("omaha outs AhKh9c8c Qh7h2d --json");
-  EXPECT_EQ(outs.exit_code, 0) << outs.err;
-  EXPECT_NE(outs.out.find("\"nut_outs\": 8"), std::string::npos) << outs.out;
-  const CliRun nuts = run("omaha nuts Qh7h2d5s");
-  EXPECT_NE(nuts.out.find("QcQd QcQs QdQs"), std::string::npos) << nuts.out;
+  expect_output("omaha best AsKs7d2c QsJsTs3h2d", {"best hand:   As Ks + Qs Js Ts", "low:         no low"});
+  expect_output("omaha outs AhKh9c8c Qh7h2d --json", {"\"nut_outs\": 8"});
+  expect_output("omaha nuts Qh7h2d5s", {"QcQd QcQs QdQs"});
   const std::pair<const char*, const char*> bad[] = {
       {"omaha best AsKs7d QsJsTs", "expected 4 to 6 hole cards, got 3"},
       {"omaha best AsKs7d2c QsJs", "expected 3 to 5 board cards, got 2"},
@@ -77,21 +58,11 @@ TEST(CliOmaha, BestOutsAndNuts) {
   for (const auto& [args, message] : bad) expect_bad_input(args, message);
 }
 
-}  // namespace
-
-namespace {
-
 TEST(CliEquity, OmahaGames) {
-  const CliRun exact = run("equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c" + data_dir());
-  EXPECT_EQ(exact.exit_code, 0) << exact.err;
-  EXPECT_NE(exact.out.find("method:  exact, 820 deals"), std::string::npos) << exact.out;
-  const CliRun hilo = run("equity --game omaha-hilo As2s3hKd Ac2c8d9h --board 4h5h7c --json" + data_dir());
-  EXPECT_EQ(hilo.exit_code, 0) << hilo.err;
-  EXPECT_NE(hilo.out.find("\"scoop\""), std::string::npos) << hilo.out;
-  EXPECT_NE(hilo.out.find("\"game\": \"omaha-hilo\""), std::string::npos) << hilo.out;
-  const CliRun random = run("equity --game omaha5 AsKsQhJhTd random --trials 5000" + data_dir());
-  EXPECT_EQ(random.exit_code, 0) << random.err;
-  EXPECT_NE(random.out.find("Monte Carlo, 5,000 trials"), std::string::npos) << random.out;
+  expect_output("equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c" + data_dir(), {"method:  exact, 820 deals"});
+  expect_output("equity --game omaha-hilo As2s3hKd Ac2c8d9h --board 4h5h7c --json" + data_dir(),
+                {"\"scoop\"", "\"game\": \"omaha-hilo\""});
+  expect_output("equity --game omaha5 AsKsQhJhTd random --trials 5000" + data_dir(), {"Monte Carlo, 5,000 trials"});
   const std::pair<std::string, const char*> bad[] = {
       {"equity --game omaha AsKsQh 9c9d8c7d", "player 1: this game's hands hold 4 cards, got 'AsKsQh'"},
       {"equity --game omaha AsKsQhJh random --exact", "an exact Omaha answer needs every player's holding"},

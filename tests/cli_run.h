@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <initializer_list>
 #include <sstream>
 #include <string>
 
@@ -52,6 +53,14 @@ inline void expect_bad_input(const std::string& args, const std::string& message
   EXPECT_EQ(lines(r.err), 1) << args << ": " << r.err;
   EXPECT_NE(r.err.find(message), std::string::npos) << args << ": " << r.err;
   EXPECT_TRUE(r.out.empty()) << args << ": " << r.out;
+}
+
+// Runs `args` and expects success with every one of `pieces` somewhere in stdout; returns the run.
+inline CliRun expect_output(const std::string& args, std::initializer_list<std::string> pieces) {
+  CliRun r = run(args);
+  EXPECT_EQ(r.exit_code, 0) << args << ": " << r.err;
+  for (const std::string& piece : pieces) EXPECT_NE(r.out.find(piece), std::string::npos) << piece << " in " << r.out;
+  return r;
 }
 
 }  // namespace cli_run

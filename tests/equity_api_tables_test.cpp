@@ -72,21 +72,16 @@ TEST(EquityApi, MultiwayExactOnAFlopAgainstABruteForce) {
   ASSERT_TRUE(result.exact);
   const std::vector<int> hands = test_util::cards("AhKh QcQd 7s6s"), flop = test_util::cards("Qh 7h 2c");
   double share[3] = {}, count = 0;
-  const uint64_t used = pokermath::cards_to_mask(hands) | pokermath::cards_to_mask(flop);
-  for (int t = 0; t < 52; ++t)
-    for (int r = t + 1; r < 52; ++r) {
-      if (used >> t & 1 || used >> r & 1) continue;
-      int best = 9999, value[3];
-      for (int p = 0; p < 3; ++p) {
-        const std::vector<int> w = test_util::words({hands[2 * p], hands[2 * p + 1], flop[0], flop[1], flop[2], t, r});
-        value[p] = tables_fixture::best_class_of_seven(w.data());
-        best = std::min(best, value[p]);
-      }
-      const int k = (value[0] == best) + (value[1] == best) + (value[2] == best);
-      for (int p = 0; p < 3; ++p)
-        if (value[p] == best) share[p] += 1.0 / k;
-      count += 1;
-    }
+  test_util::for_each_set(2, pokermath::cards_to_mask(hands) | pokermath::cards_to_mask(flop), [&](const int* tr) {
+    int value[3];
+    for (int p = 0; p < 3; ++p)
+      value[p] = tables_fixture::best_class_of_seven(
+          test_util::words({hands[2 * p], hands[2 * p + 1], flop[0], flop[1], flop[2], tr[0], tr[1]}).data());
+    const int best = *std::min_element(value, value + 3);
+    const int k = (value[0] == best) + (value[1] == best) + (value[2] == best);
+    for (int p = 0; p < 3; ++p) share[p] += value[p] == best ? 1.0 / k : 0.0;
+    count += 1;
+  });
   EXPECT_EQ(result.deals, count);
   for (int p = 0; p < 3; ++p) EXPECT_NEAR(result.players[p].equity, share[p] / count, 1e-12) << p;
 }
@@ -122,14 +117,7 @@ TEST(EquityApi, AutoChoosesMonteCarloForLargeQuestions) {
 }
 
 TEST(EquityApi, BadRequestsNameTheProblem) {
-  auto message = [](EquityRequest r) {
-    try {
-      pokermath::compute_equity(r);
-    } catch (const pokermath::Error& e) {
-      return std::string(e.what());
-    }
-    return std::string("(no error)");
-  };
+  auto message = [](EquityRequest r) { return test_util::error_of([&] { pokermath::compute_equity(r); }); };
   EXPECT_EQ(message(request({"AsKs"})), "expected 2 to 10 players, got 1");
   EXPECT_EQ(message(request({"AsKs", "AsQd"})), "player 2: card 'As' is already in play");
   EXPECT_EQ(message(request({"AsKs", "QhQd"}, "Ah Kh")), "a board has 0, 3, 4 or 5 cards, got 2");

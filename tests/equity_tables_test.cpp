@@ -6,6 +6,7 @@
 
 #include "tables_fixture.h"
 #include "temp_dir.h"
+#include "test_util.h"
 
 namespace {
 
@@ -16,18 +17,12 @@ int hand_key(int low, int high) { return low * 64 + high; }
 int64_t brute_force_twice_wins(const PokerLogic& logic, int h1, int h2, int v1, int v2) {
   int64_t twice = 0;
   int hero[7] = {h1, h2}, villain[7] = {v1, v2};
-  auto used = [&](int c) { return c == h1 || c == h2 || c == v1 || c == v2; };
-  int b[5];
-  for (b[0] = 0; b[0] < 48; ++b[0])
-    for (b[1] = b[0] + 1; b[1] < 49; ++b[1])
-      for (b[2] = b[1] + 1; b[2] < 50; ++b[2])
-        for (b[3] = b[2] + 1; b[3] < 51; ++b[3])
-          for (b[4] = b[3] + 1; b[4] < 52; ++b[4]) {
-            if (used(b[0]) || used(b[1]) || used(b[2]) || used(b[3]) || used(b[4])) continue;
-            for (int i = 0; i < 5; ++i) hero[2 + i] = villain[2 + i] = b[i];
-            const int h = logic.LookupSingleHands(hero), v = logic.LookupSingleHands(villain);
-            twice += (h > v) * 2 + (h == v);
-          }
+  test_util::for_each_set(5, 1ull << h1 | 1ull << h2 | 1ull << v1 | 1ull << v2, [&](const int* b) {
+    std::copy(b, b + 5, hero + 2);
+    std::copy(b, b + 5, villain + 2);
+    const int h = logic.LookupSingleHands(hero), v = logic.LookupSingleHands(villain);
+    twice += (h > v) * 2 + (h == v);
+  });
   return twice;
 }
 
@@ -37,12 +32,11 @@ TEST(EquityTablesReport, FirstLinesOfAnEmptyTableHoldTheExactCounts) {
   PokerLogic logic = tables_fixture::logic_with_table();
   const std::vector<std::array<int, 4>> missing = {{0, 1, 2, 3}, {0, 1, 2, 4}, {0, 1, 2, 5}, {50, 51, 48, 49}};
   auto& table = logic.m_equityTable;
-  for (int c1 = 0; c1 < 51; ++c1)
-    for (int c2 = c1 + 1; c2 < 52; ++c2)
-      for (int c3 = 0; c3 < 51; ++c3)
-        for (int c4 = c3 + 1; c4 < 52; ++c4)
-          if (c3 != c1 && c3 != c2 && c4 != c1 && c4 != c2)
-            table.emplace_hint(table.end(), std::pair{hand_key(c1, c2), hand_key(c3, c4)}, 1);
+  test_util::for_each_set(2, 0, [&](const int* h) {
+    test_util::for_each_set(2, 1ull << h[0] | 1ull << h[1], [&](const int* v) {
+      table.emplace_hint(table.end(), std::pair{hand_key(h[0], h[1]), hand_key(v[0], v[1])}, 1);
+    });
+  });
   for (const auto& m : missing) table.erase({hand_key(m[0], m[1]), hand_key(m[2], m[3])});
 
   test_util::TempDir dir;

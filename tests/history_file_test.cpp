@@ -7,18 +7,18 @@
 
 #include "pokermath/records.h"
 #include "temp_dir.h"
+#include "test_util.h"
 
 namespace {
 
 using namespace std::string_literals;
 using test_util::TempDir;
+using test_util::wide;
 using Reader = int (*)(const CString&, int64_t&, CStringArray&);
 
 const std::pair<Reader, const char*> kReaders[] = {{ReadHistoryFile, "ReadHistoryFile"},
                                                    {ReadHistoryFileEx, "ReadHistoryFileEx"},
                                                    {ReadHistoryFileUTF8, "ReadHistoryFileUTF8"}};
-
-CString wide(const std::filesystem::path& path) { return pokermath::widen(path.string()); }
 
 const std::wstring kHand =
     L"PokerStars Hand #1: Hold'em No Limit (\u20ac0.01/\u20ac0.02)\n"
@@ -45,23 +45,6 @@ std::vector<Encoded> in_every_unicode_encoding(const std::wstring& text) {
           {"UTF-8 with BOM", "\xEF\xBB\xBF" + pokermath::narrow(text)},
           {"UTF-16LE", "\xFF\xFE" + test_util::utf16(text, false)},
           {"UTF-16BE", "\xFE\xFF" + test_util::utf16(text, true)}};
-}
-
-TEST(HistoryFile, ClassicReadersReadEveryUnicodeEncodingWithEitherLineEnd) {
-  TempDir dir;
-  const auto path = dir / "hh.txt";
-  for (const std::wstring& text : {kHand, with_crlf(kHand)}) {
-    for (const Encoded& file : in_every_unicode_encoding(text)) {
-      test_util::write_bytes(path, file.bytes);
-      for (auto [reader, name] : kReaders) {
-        int64_t position = 0;
-        CStringArray lines = {L"stale"};
-        ASSERT_EQ(reader(wide(path), position, lines), 0) << name << " " << file.name;
-        EXPECT_EQ(lines, kHandLines) << name << " " << file.name;
-        EXPECT_EQ(position, static_cast<int64_t>(file.bytes.size())) << name << " " << file.name;
-      }
-    }
-  }
 }
 
 TEST(HistoryFile, NarrowTextIsDetectedOnlyByTheDetectingReader) {
@@ -97,27 +80,9 @@ TEST(HistoryFile, PathsStartingWith888pokerAreReadAsNarrowText) {
   std::filesystem::current_path(previous);
 }
 
-TEST(HistoryFile, ASecondCallReadsOnlyTheAppendedLines) {
-  TempDir dir;
-  const auto path = dir / "hh.txt";
-  for (auto [reader, name] : kReaders) {
-    test_util::write_bytes(path, "Hand #1\r\nSeat 1\r\n");
-    int64_t position = 0;
-    CStringArray lines;
-    ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, (CStringArray{L"Hand #1", L"Seat 1"})) << name;
-    test_util::append_bytes(path, "\r\nHand #2\r\nSeat 2\r\n");
-    ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, (CStringArray{L"Hand #2", L"Seat 2"})) << name;
-    EXPECT_EQ(position, 36) << name;
-    ASSERT_EQ(reader(wide(path), position, lines), 0);  // nothing new
-    EXPECT_TRUE(lines.empty()) << name;
-    EXPECT_EQ(position, 36) << name;
-  }
-}
-
 // A writer stopped in the middle of a line: the reader returns the lines before it and a position
-// at its start; the next call returns it whole once its line end is there, never half of it.
+// at its start; the next call returns it whole once its line end is there, never half of it, and
+// never the lines an earlier call returned.
 TEST(HistoryFile, AnUnfinishedLastLineComesWholeOnALaterCall) {
   TempDir dir;
   const auto path = dir / "hh.txt";
@@ -140,49 +105,60 @@ TEST(HistoryFile, AnUnfinishedLastLineComesWholeOnALaterCall) {
   }
 }
 
-// A file written in random pieces (cutting lines, CR LF pairs, multi-byte characters and UTF-16
-// units) and read after every piece yields exactly the lines of one read of the finished file.
-TEST(HistoryFile, AFileWrittenInRandomPiecesLosesAndSplitsNothing) {
+// Every Unicode encoding with either line end, read whole and read after every piece of a random
+// cutting (through lines, CR LF pairs, multi-byte characters and UTF-16 units): the lines come out
+// trimmed, empty lines skipped, each exactly once, and the position ends at the end of the file.
+TEST(HistoryFile, EveryEncodingReadWholeOrInRandomPiecesLosesAndSplitsNothing) {
   TempDir dir;
   const auto path = dir / "hh.txt";
   std::mt19937 engine(11);
   std::wstring text;
-  for (int hand = 0; hand < 40; ++hand) {
-    text += L"PokerStars Hand #" + std::to_wstring(hand) + L": Hold'em No Limit\r\n";
-    text += L"Seat 1: caf\u00e9 \u2660 (\u20ac" + std::to_wstring(engine() % 500) + L")\r\n";
-    text += L"Dealt to \U0001F0A1\U0001F0B1 [Ah As]\r\n\r\n\r\n";
+  CStringArray expected;
+  for (int hand = 0; hand < 30; ++hand) {
+    text += kHand;
+    expected.insert(expected.end(), kHandLines.begin(), kHandLines.end());
   }
-  for (const Encoded& file : in_every_unicode_encoding(text)) {
-    for (auto [reader, name] : kReaders) {
-      test_util::write_bytes(path, file.bytes);
-      int64_t position = 0;
-      CStringArray whole;
-      ASSERT_EQ(reader(wide(path), position, whole), 0);
+  for (const std::wstring& ended : {text, with_crlf(text)})
+    for (const Encoded& file : in_every_unicode_encoding(ended))
+      for (auto [reader, name] : kReaders) {
+        const std::string where = std::string(name) + " " + file.name;
+        const int64_t size = static_cast<int64_t>(file.bytes.size());
+        test_util::write_bytes(path, file.bytes);
+        int64_t position = 0;
+        CStringArray whole = {L"stale"};
+        ASSERT_EQ(reader(wide(path), position, whole), 0) << where;
+        EXPECT_EQ(whole, expected) << where;
+        EXPECT_EQ(position, size) << where;
 
-      test_util::write_bytes(path, "");
-      CStringArray pieces, lines;
-      position = 0;
-      for (size_t written = 0; written < file.bytes.size();) {
-        const size_t piece = std::min<size_t>(1 + engine() % 40, file.bytes.size() - written);
-        test_util::append_bytes(path, file.bytes.substr(written, piece));
-        written += piece;
-        ASSERT_EQ(reader(wide(path), position, lines), 0);
-        pieces.insert(pieces.end(), lines.begin(), lines.end());
+        test_util::write_bytes(path, "");
+        CStringArray pieces, lines;
+        position = 0;
+        for (size_t written = 0; written < file.bytes.size();) {
+          const size_t piece = std::min<size_t>(1 + engine() % 40, file.bytes.size() - written);
+          test_util::append_bytes(path, file.bytes.substr(written, piece));
+          written += piece;
+          ASSERT_EQ(reader(wide(path), position, lines), 0) << where;
+          pieces.insert(pieces.end(), lines.begin(), lines.end());
+        }
+        EXPECT_EQ(pieces, expected) << where;
+        EXPECT_EQ(position, size) << where;
       }
-      EXPECT_EQ(pieces, whole) << name << " " << file.name;
-      EXPECT_EQ(whole.size(), 120u) << name << " " << file.name;
-      EXPECT_EQ(position, static_cast<int64_t>(file.bytes.size())) << name << " " << file.name;
-    }
-  }
 }
 
-TEST(HistoryFile, AFileThatDisappearsGivesMinusOneAndKeepsThePosition) {
+TEST(HistoryFile, BadPositionsAndAFileThatDisappearsKeepThePosition) {
   TempDir dir;
   const auto path = dir / "hh.txt";
   for (auto [reader, name] : kReaders) {
     test_util::write_bytes(path, "Hand #1\n");
-    int64_t position = 0;
     CStringArray lines;
+    int64_t position = -1;
+    EXPECT_EQ(reader(wide(path), position, lines), -2) << name;  // a negative position fails
+    EXPECT_EQ(position, -1) << name;
+    position = 100;  // past the end (the file was truncated since): nothing to read
+    EXPECT_EQ(reader(wide(path), position, lines), 0) << name;
+    EXPECT_TRUE(lines.empty()) << name;
+    EXPECT_EQ(position, 100) << name;
+    position = 0;
     ASSERT_EQ(reader(wide(path), position, lines), 0);
     std::filesystem::remove(path);
     EXPECT_EQ(reader(wide(path), position, lines), -1) << name;
@@ -193,8 +169,7 @@ TEST(HistoryFile, AFileThatDisappearsGivesMinusOneAndKeepsThePosition) {
 
 TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo) {
   TempDir dir;
-  std::vector<CString> messages;
-  const MessageHandler previous = SetMessageHandler([&](const CString& text) { messages.push_back(text); });
+  test_util::MessageCapture messages;
   std::vector<CString> unopenable = {wide(dir.path())};  // a directory exists but is no file
   if (::geteuid() != 0) {                                // root reads any file
     test_util::write_bytes(dir / "locked.txt", "Hand #1\n");
@@ -210,7 +185,7 @@ TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo
       EXPECT_TRUE(lines.empty()) << name;
       EXPECT_EQ(position, 5) << name;
       const bool reports = reader == ReadHistoryFileUTF8;
-      EXPECT_EQ(messages,
+      EXPECT_EQ(messages.texts(),
                 reports ? std::vector<CString>{L"File <" + path + L"> could not be opened!"} : std::vector<CString>{})
           << name;
     }
@@ -219,24 +194,7 @@ TEST(HistoryFile, AFileThatCannotBeOpenedGivesMinusTwoAndOnlyTheUtf8ReaderSaysSo
   int64_t position = 0;
   CStringArray lines;
   EXPECT_EQ(ReadHistoryFileUTF8(wide(dir / "missing.txt"), position, lines), -1);
-  EXPECT_TRUE(messages.empty());  // a missing file is no message
-  SetMessageHandler(previous);
-}
-
-TEST(HistoryFile, NegativePositionsFailAndPositionsPastTheEndReadNothing) {
-  TempDir dir;
-  const auto path = dir / "hh.txt";
-  test_util::write_bytes(path, "Hand #1\n");
-  for (auto [reader, name] : kReaders) {
-    int64_t position = -1;
-    CStringArray lines;
-    EXPECT_EQ(reader(wide(path), position, lines), -2) << name;
-    EXPECT_EQ(position, -1) << name;
-    position = 100;  // the file was truncated since
-    EXPECT_EQ(reader(wide(path), position, lines), 0) << name;
-    EXPECT_TRUE(lines.empty()) << name;
-    EXPECT_EQ(position, 100) << name;
-  }
+  EXPECT_TRUE(messages.texts().empty());  // a missing file is no message
 }
 
 // ---- read_history ------------------------------------------------------------------------------------
@@ -268,13 +226,8 @@ TEST(ReadHistory, RejectsWhatItCannotReadNamingIt) {
   const auto path = dir / "hh.txt";
   test_util::write_bytes(path, "\xFE\xFF" + test_util::utf16(L"Hand #1\n", true));  // 18 bytes
   const std::string name = "'" + path.string() + "'";
-  auto message = [](const std::filesystem::path& file, int64_t from) -> std::string {
-    try {
-      pokermath::read_history(file, from);
-    } catch (const pokermath::Error& e) {
-      return e.what();
-    }
-    return "(no error)";
+  auto message = [](const std::filesystem::path& file, int64_t from) {
+    return test_util::error_of([&] { pokermath::read_history(file, from); });
   };
   EXPECT_EQ(message(dir / "none.txt", 0), "no such file: '" + (dir / "none.txt").string() + "'");
   EXPECT_EQ(message(dir.path(), 0), "'" + dir.path().string() + "' is a directory, not a hand-history file");

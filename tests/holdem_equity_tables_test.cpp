@@ -19,21 +19,16 @@ int seven_class(const int* hole, const int* board) {
   return tables_fixture::best_class_of_seven(test_util::words({seven, seven + 7}).data());
 }
 
+// 1 when my class (smaller is stronger) beats theirs, 0.5 for a tie.
+double score(int mine, int theirs) { return mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0; }
+
 // Hero wins (ties half) and boards over all five-card boards, by seven-card evaluation per board.
 std::pair<double, double> brute_force(const std::vector<int>& hero, const std::vector<int>& villain) {
-  const uint64_t dead = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(villain);
   double wins = 0, boards = 0;
-  int b[5];
-  for (b[0] = 0; b[0] < 52; ++b[0])
-    for (b[1] = b[0] + 1; b[1] < 52; ++b[1])
-      for (b[2] = b[1] + 1; b[2] < 52; ++b[2])
-        for (b[3] = b[2] + 1; b[3] < 52; ++b[3])
-          for (b[4] = b[3] + 1; b[4] < 52; ++b[4]) {
-            if ((pokermath::cards_to_mask(std::vector<int>(b, b + 5)) & dead) != 0) continue;
-            const int h = seven_class(hero.data(), b), v = seven_class(villain.data(), b);
-            wins += h < v ? 1.0 : h == v ? 0.5 : 0.0;
-            boards += 1;
-          }
+  test_util::for_each_set(5, pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(villain), [&](const int* b) {
+    wins += score(seven_class(hero.data(), b), seven_class(villain.data(), b));
+    boards += 1;
+  });
   return {wins, boards};
 }
 
@@ -78,19 +73,12 @@ TEST(HoldemEquity, ToTheTurnWithSixCardHands) {
     double wins = 0, boards = 0;
     logic().getProbabilityOfWinWithNoBoardToTurn(hero.data(), villain.data(), wins, boards);
     double expected = 0, count = 0;
-    const uint64_t dead = pokermath::cards_to_mask(four);
-    int b[4];
-    for (b[0] = 0; b[0] < 52; ++b[0])
-      for (b[1] = b[0] + 1; b[1] < 52; ++b[1])
-        for (b[2] = b[1] + 1; b[2] < 52; ++b[2])
-          for (b[3] = b[2] + 1; b[3] < 52; ++b[3]) {
-            if ((pokermath::cards_to_mask(std::vector<int>(b, b + 4)) & dead) != 0) continue;
-            const std::vector<int> h = test_util::words({hero[0], hero[1], b[0], b[1], b[2], b[3]});
-            const std::vector<int> v = test_util::words({villain[0], villain[1], b[0], b[1], b[2], b[3]});
-            const int hc = eval_6hand(h.data()), vc = eval_6hand(v.data());
-            expected += hc < vc ? 1.0 : hc == vc ? 0.5 : 0.0;
-            count += 1;
-          }
+    test_util::for_each_set(4, pokermath::cards_to_mask(four), [&](const int* b) {
+      const std::vector<int> h = test_util::words({hero[0], hero[1], b[0], b[1], b[2], b[3]});
+      const std::vector<int> v = test_util::words({villain[0], villain[1], b[0], b[1], b[2], b[3]});
+      expected += score(eval_6hand(h.data()), eval_6hand(v.data()));
+      count += 1;
+    });
     EXPECT_EQ(boards, 194580);
     EXPECT_EQ(count, 194580);
     EXPECT_EQ(wins, expected) << test_util::names(four);
@@ -102,8 +90,6 @@ TEST(HoldemEquity, TableEntriesAnswerFirstAndAreHalved) {
   const std::vector<int> hero = cards("9c 8c"), villain = cards("Ad Kh");
   double wins = 0, boards = 0;
   l.GetWinHandVsHand(hero.data(), villain.data(), wins, boards);
-  const int key_h = 7 * 64 + 8;  // 9c = 7, 8c = 6: the lower code first
-  (void)key_h;
   const std::pair<int, int> keys = {std::min(hero[0], hero[1]) * 64 + std::max(hero[0], hero[1]),
                                     std::min(villain[0], villain[1]) * 64 + std::max(villain[0], villain[1])};
   l.m_equityTable[keys] = 12345;
@@ -125,15 +111,10 @@ TEST(HoldemEquity, MonteCarloAgainstRandomHands) {
   EXPECT_EQ(l.getProbabilityOfWin(hole.data(), board.data(), 5, 1), 0.0);
   // On a complete board only the opponent is random: the exact share over every opponent hand.
   double exact = 0, hands = 0;
-  const uint64_t used = pokermath::cards_to_mask(hole) | pokermath::cards_to_mask(board);
-  for (int a = 0; a < 52; ++a)
-    for (int b = a + 1; b < 52; ++b) {
-      if (used >> a & 1 || used >> b & 1) continue;
-      const int villain[2] = {a, b};
-      const int h = seven_class(hole.data(), board.data()), v = seven_class(villain, board.data());
-      exact += h < v ? 1.0 : h == v ? 0.5 : 0.0;
-      hands += 1;
-    }
+  test_util::for_each_set(2, pokermath::cards_to_mask(hole) | pokermath::cards_to_mask(board), [&](const int* villain) {
+    exact += score(seven_class(hole.data(), board.data()), seven_class(villain, board.data()));
+    hands += 1;
+  });
   exact /= hands;
   std::srand(2024);
   const double estimate = l.getProbabilityOfWin(hole.data(), board.data(), 5, 2);
@@ -186,38 +167,11 @@ TEST(HoldemEquity, CommonEnginesUseTheTwoPlusThreeRuleAndTheirTieScoring) {
   EXPECT_EQ(boards, 42);
 }
 
-TEST(HoldemEquity, CommonEnginesAgreeWithABruteForceAndAcrossEvaluators) {
-  // Four hole cards each on a flop: every turn and river, best two-plus-three hand by brute force.
-  const std::vector<int> hero = cards("As Kd 9h 8h"), villain = cards("Qc Qs Jd Tc"), flop = cards("Qh 7h 2c");
-  double score = 0, count = 0;
-  const uint64_t used =
-      pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(villain) | pokermath::cards_to_mask(flop);
-  auto best = [](const std::vector<int>& hole, const int* board) {
-    int value = 0;
-    for (int i = 0; i < 4; ++i)
-      for (int j = i + 1; j < 4; ++j)
-        for (int k = 0; k < 5; ++k)
-          for (int l = k + 1; l < 5; ++l)
-            for (int m = l + 1; m < 5; ++m) {
-              const std::vector<int> w = test_util::words({hole[i], hole[j], board[k], board[l], board[m]});
-              value = std::max(value, 7463 - eval_5cards(w[0], w[1], w[2], w[3], w[4]));
-            }
-    return value;
-  };
-  for (int t = 0; t < 52; ++t)
-    for (int r = t + 1; r < 52; ++r) {
-      if (used >> t & 1 || used >> r & 1) continue;
-      const int board[5] = {flop[0], flop[1], flop[2], t, r};
-      const int h = best(hero, board), v = best(villain, board);
-      score += h > v ? 1.0 : h == v ? 0.5 : 0.0;
-      count += 1;
-    }
+// The Common engines against a brute force of the 2+3 rule with 4, 5 and 6 hole cards:
+// omaha_equity_tables_test.
+TEST(HoldemEquity, CommonEnginesGiveTheSameAnswerAcrossEvaluators) {
+  const std::vector<int> hero = cards("As Kd 9h 8h"), villain = cards("Qc Qs Jd Tc");
   int boards = 0, ms = 0;
-  const double percent =
-      logic().RiverEquityHandVsHandOnFlopCommon(hero.data(), 4, villain.data(), flop.data(), 3, boards, ms);
-  EXPECT_EQ(boards, count);
-  EXPECT_DOUBLE_EQ(percent, score / count * 100);
-
   // Walked through "omaha-7.bin" or searched board by board: the same answer.
   tables_fixture::load_state_machines();
   int* machine = ofsm_omaha7::table;
@@ -242,14 +196,10 @@ TEST(HoldemEquity, TimeLimitedMonteCarloStopsAtTheFirstCheck) {
   // hands and boards.
   int boards = 0;
   double exact = 0, weight = 0;
-  const uint64_t used = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop);
-  for (int a = 0; a < 52; ++a)
-    for (int b = a + 1; b < 52; ++b) {
-      if (used >> a & 1 || used >> b & 1) continue;
-      const int villain[2] = {a, b};
-      exact += logic().RiverEquityHandVsHandOnFlopCommon(hero.data(), 2, villain, flop.data(), 3, boards, ms) * boards;
-      weight += boards;
-    }
+  test_util::for_each_set(2, pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop), [&](const int* villain) {
+    exact += logic().RiverEquityHandVsHandOnFlopCommon(hero.data(), 2, villain, flop.data(), 3, boards, ms) * boards;
+    weight += boards;
+  });
   exact /= weight;
   trials = static_cast<int>(test_util::sweep_size(40000, 4000));
   ms = 600000;
@@ -257,10 +207,6 @@ TEST(HoldemEquity, TimeLimitedMonteCarloStopsAtTheFirstCheck) {
   const double error = 100 * std::sqrt(exact / 100 * (1 - exact / 100) / trials);
   EXPECT_NEAR(estimate, exact, 4 * error);
 }
-
-}  // namespace
-
-namespace {
 
 TEST(PreflopTable, EveryMatchupAndItsMirrorShareTheBoards) {
   PokerLogic with_table(logic());

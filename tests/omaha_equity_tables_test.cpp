@@ -2,52 +2,24 @@
 // board, Monte Carlo within four standard errors, the Hi/Lo share rules and the kept quirks.
 #include <cmath>
 
+#include "reference_low.h"
 #include "tables_fixture.h"
 #include "test_util.h"
 
 namespace {
 
+using test_util::best_two_plus_three;
 using test_util::cards;
+using test_util::for_each_set;
 
 PokerLogic& logic() { return const_cast<PokerLogic&>(tables_fixture::logic_with_table()); }
 
-// Best value (larger is stronger) of exactly two hole cards and three board cards, by brute force.
-int best_omaha(const int* hole, int nHole, const int* board) {
-  int best = 0;
-  for (int i = 0; i < nHole; ++i)
-    for (int j = i + 1; j < nHole; ++j)
-      for (int k = 0; k < 5; ++k)
-        for (int l = k + 1; l < 5; ++l)
-          for (int m = l + 1; m < 5; ++m) {
-            auto w = [](int c) { return static_cast<int>(pokermath::prime_word(c)); };
-            best = std::max(best, 7463 - eval_5cards(w(hole[i]), w(hole[j]), w(board[k]), w(board[l]), w(board[m])));
-          }
-  return best;
+// The best eight-or-better low of a holding on a complete board (0: none).
+int best_low(const int* hole, int n_hole, const int* board) {
+  return reference::omaha_low({hole, static_cast<size_t>(n_hole)}, {board, 5});
 }
 
-// Best eight-or-better low by brute force (0: none).
-int best_low(const int* hole, int nHole, const int* board) {
-  int best = 0;
-  for (int i = 0; i < nHole; ++i)
-    for (int j = i + 1; j < nHole; ++j)
-      for (int k = 0; k < 5; ++k)
-        for (int l = k + 1; l < 5; ++l)
-          for (int m = l + 1; m < 5; ++m) {
-            int r[5];
-            const int five[5] = {hole[i], hole[j], board[k], board[l], board[m]};
-            bool ok = true;
-            for (int x = 0; x < 5; ++x) {
-              r[x] = five[x] % 13 == 12 ? 1 : five[x] % 13 + 2;
-              ok = ok && r[x] <= 8;
-            }
-            std::sort(r, r + 5);
-            for (int x = 1; x < 5; ++x) ok = ok && r[x] != r[x - 1];
-            if (!ok) continue;
-            const int value = r[4] * 10000 + r[3] * 1000 + r[2] * 100 + r[1] * 10 + r[0];
-            if (!best || value < best) best = value;
-          }
-  return best;
-}
+double score(int mine, int theirs) { return mine > theirs ? 1.0 : mine == theirs ? 0.5 : 0.0; }
 
 class OmahaEquity : public testing::Test {
  protected:
@@ -67,44 +39,24 @@ TEST_F(OmahaEquity, EveryHoldingOnTheFlopTurnAndRiver) {
   std::mt19937 engine(81);
   for (int board_cards = 3; board_cards <= 5; ++board_cards) {
     const std::vector<int> deal = test_util::random_cards(engine, 4 + board_cards);
-    const int* hole = deal.data();
-    std::vector<int> board(deal.begin() + 4, deal.end());
+    const int *hole = deal.data(), *board = deal.data() + 4;
     // Brute force: every holding of the unseen cards, valued on this board as it stands (the flop
     // and turn forms deal no future cards, so any three of the board cards may be used).
-    const uint64_t seen = pokermath::cards_to_mask(deal);
+    const int mine = best_two_plus_three(hole, 4, board, board_cards);
     double sum = 0;
     int count = 0;
-    auto value = [&](const int* h) {
-      int best = 0;
-      for (int i = 0; i < 4; ++i)
-        for (int j = i + 1; j < 4; ++j)
-          for (int k = 0; k < board_cards; ++k)
-            for (int l = k + 1; l < board_cards; ++l)
-              for (int m = l + 1; m < board_cards; ++m) {
-                auto w = [](int c) { return static_cast<int>(pokermath::prime_word(c)); };
-                best = std::max(best, 7463 - eval_5cards(w(h[i]), w(h[j]), w(board[k]), w(board[l]), w(board[m])));
-              }
-      return best;
-    };
-    const int mine = value(hole);
-    for (int a = 0; a < 52; ++a)
-      for (int b = a + 1; b < 52; ++b)
-        for (int c = b + 1; c < 52; ++c)
-          for (int d = c + 1; d < 52; ++d) {
-            if ((seen >> a | seen >> b | seen >> c | seen >> d) & 1) continue;
-            const int holding[4] = {a, b, c, d};
-            const int theirs = value(holding);
-            sum += mine > theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
-            ++count;
-          }
+    for_each_set(4, pokermath::cards_to_mask(deal), [&](const int* holding) {
+      sum += score(mine, best_two_plus_three(holding, 4, board, board_cards));
+      ++count;
+    });
     int n = 0;
-    const double percent = board_cards == 3   ? FlopEquityHandVsRandomOnFlopFsm5(hole, board.data(), n)
-                           : board_cards == 4 ? TurnEquityHandVsRandomOnTurnFsm5(hole, board.data(), n)
-                                              : logic().RiverEquityHandVsRandomOnRiver(hole, board.data(), n);
+    const double percent = board_cards == 3   ? FlopEquityHandVsRandomOnFlopFsm5(hole, board, n)
+                           : board_cards == 4 ? TurnEquityHandVsRandomOnTurnFsm5(hole, board, n)
+                                              : logic().RiverEquityHandVsRandomOnRiver(hole, board, n);
     EXPECT_EQ(n, count) << test_util::names(deal);
     EXPECT_DOUBLE_EQ(percent, sum / count * 100) << test_util::names(deal);
     if (board_cards == 5) {
-      EXPECT_DOUBLE_EQ(RiverEquityHandVsRandomOnRiver_ofsm7(hole, board.data(), n), percent);
+      EXPECT_DOUBLE_EQ(RiverEquityHandVsRandomOnRiver_ofsm7(hole, board, n), percent);
       EXPECT_EQ(n, 123410);
     }
   }
@@ -125,33 +77,24 @@ TEST_F(OmahaEquity, CommonEnginesWithFourFiveAndSixHoleCardsAgainstABruteForce) 
   for (int h = 4; h <= 6; ++h)
     for (int board_cards = 3; board_cards <= 4; ++board_cards) {
       const std::vector<int> deal = test_util::random_cards(engine, 2 * h + board_cards);
-      const int* hero = deal.data();
-      const int* villain = deal.data() + h;
-      const int* board = deal.data() + 2 * h;
-      const uint64_t used = pokermath::cards_to_mask(deal);
-      double score = 0, hilo = 0;
+      const int *hero = deal.data(), *villain = deal.data() + h, *board = deal.data() + 2 * h;
+      double high = 0, hilo = 0;
       int count = 0;
-      for (int t = 0; t < 52; ++t)
-        for (int r = board_cards == 3 ? t + 1 : 52; r <= 52; ++r) {
-          if (used >> t & 1 || (r < 52 && used >> r & 1)) continue;
-          int full[5];
-          std::copy(board, board + board_cards, full);
-          full[board_cards] = t;
-          if (board_cards == 3) {
-            if (r == 52) continue;
-            full[4] = r;
-          }
-          const int mh = best_omaha(hero, h, full), vh = best_omaha(villain, h, full);
-          score += mh > vh ? 1.0 : mh == vh ? 0.5 : 0.0;
-          hilo += HiLoShareHeadsUp(mh, best_low(hero, h, full), vh, best_low(villain, h, full));
-          ++count;
-        }
+      for_each_set(5 - board_cards, pokermath::cards_to_mask(deal), [&](const int* rest) {
+        int full[5];
+        std::copy(board, board + board_cards, full);
+        std::copy(rest, rest + 5 - board_cards, full + board_cards);
+        const int mh = best_two_plus_three(hero, h, full), vh = best_two_plus_three(villain, h, full);
+        high += score(mh, vh);
+        hilo += HiLoShareHeadsUp(mh, best_low(hero, h, full), vh, best_low(villain, h, full));
+        ++count;
+      });
       int boards = 0, ms = 0;
       const double percent = board_cards == 3
                                  ? logic().RiverEquityHandVsHandOnFlopCommon(hero, h, villain, board, 3, boards, ms)
                                  : logic().RiverEquityHandVsHandOnTurnCommon(hero, h, villain, board, 4, boards, ms);
       EXPECT_EQ(boards, count) << h << " hole cards";
-      EXPECT_DOUBLE_EQ(percent, score / count * 100) << test_util::names(deal);
+      EXPECT_DOUBLE_EQ(percent, high / count * 100) << test_util::names(deal);
       const double hilo_percent = board_cards == 3
                                       ? logic().RiverEquityHandsOnFlopCommonHL(deal.data(), h, 2, 0, board, boards, ms)
                                       : logic().RiverEquityHandsOnTurnCommonHL(deal.data(), h, 2, 0, board, boards, ms);
@@ -162,43 +105,35 @@ TEST_F(OmahaEquity, CommonEnginesWithFourFiveAndSixHoleCardsAgainstABruteForce) 
 TEST_F(OmahaEquity, PreFlopHandVsHandOverEveryBoard) {
   // Every one of the 1,086,008 boards, by the Common engine against a brute force of the 2+3 rule.
   const char* matchups[][2] = {{"As Ks Qd Jd", "Ah Kh 7c 7s"}, {"2c 3d 4h 5s", "Tc Td 9h 9s"}};
-  const int count = static_cast<int>(test_util::sweep_size(2, 0));
-  for (int m = 0; m < count; ++m) {
+  for (int m = 0; m < static_cast<int>(test_util::sweep_size(2, 0)); ++m) {
     const std::vector<int> hero = cards(matchups[m][0]), villain = cards(matchups[m][1]);
-    const uint64_t used = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(villain);
-    double score = 0;
+    double sum = 0;
     int boards = 0;
-    int b[5];
-    for (b[0] = 0; b[0] < 52; ++b[0])
-      for (b[1] = b[0] + 1; b[1] < 52; ++b[1])
-        for (b[2] = b[1] + 1; b[2] < 52; ++b[2])
-          for (b[3] = b[2] + 1; b[3] < 52; ++b[3])
-            for (b[4] = b[3] + 1; b[4] < 52; ++b[4]) {
-              if ((used >> b[0] | used >> b[1] | used >> b[2] | used >> b[3] | used >> b[4]) & 1) continue;
-              const int mh = get_rank7(hero.data(), b), vh = get_rank7(villain.data(), b);
-              score += mh > vh ? 1.0 : mh == vh ? 0.5 : 0.0;
-              ++boards;
-            }
+    for_each_set(5, pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(villain), [&](const int* b) {
+      sum += score(get_rank7(hero.data(), b), get_rank7(villain.data(), b));
+      ++boards;
+    });
     int engine_boards = 0, ms = 0;
     const double percent =
         logic().RiverEquityHandVsHandOnPreFlopCommon(hero.data(), 4, villain.data(), engine_boards, ms);
     EXPECT_EQ(engine_boards, 1086008);
     EXPECT_EQ(boards, 1086008);
-    EXPECT_DOUBLE_EQ(percent, score / boards * 100) << matchups[m][0] << " vs " << matchups[m][1];
+    EXPECT_DOUBLE_EQ(percent, sum / boards * 100) << matchups[m][0] << " vs " << matchups[m][1];
   }
 }
 
 TEST_F(OmahaEquity, HiLoShares) {
-  // Heads-up: scoop, the high with tied lows, tied highs with a better low, quartered.
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 54321, 6000, 65432), 1.0);
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 54321, 6000, 54321), 0.75);
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 54321, 7000, 65432), 0.75);
-  EXPECT_EQ(HiLoShareHeadsUp(6000, 54321, 7000, 54321), 0.25);
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 0, 6000, 0), 1.0);  // nobody has a low: the high takes it all
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 0, 7000, 0), 0.5);
-  EXPECT_EQ(HiLoShareHeadsUp(6000, 54321, 7000, 0), 0.5);
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 0, 6000, 54321), 0.5);
-  EXPECT_EQ(HiLoShareHeadsUp(7000, 0, 7000, 54321), 0.25);
+  // Heads-up: hero high, hero low, opponent high, opponent low, share.
+  const std::tuple<int, int, int, int, double> heads_up[] = {
+      {7000, 54321, 6000, 65432, 1.0},   // scoop
+      {7000, 54321, 6000, 54321, 0.75},  // the high with tied lows
+      {7000, 54321, 7000, 65432, 0.75},  // tied highs with a better low
+      {6000, 54321, 7000, 54321, 0.25},  // quartered
+      {7000, 0, 6000, 0, 1.0},           // nobody has a low: the high takes it all
+      {7000, 0, 7000, 0, 0.5},          {6000, 54321, 7000, 0, 0.5},
+      {7000, 0, 6000, 54321, 0.5},      {7000, 0, 7000, 54321, 0.25},
+  };
+  for (const auto& [hh, hl, oh, ol, share] : heads_up) EXPECT_EQ(HiLoShareHeadsUp(hh, hl, oh, ol), share) << hh << hl;
   // Multiway: the hero alone has a low and ties the high with two opponents.
   const int highs[2] = {7000, 7000}, no_lows[2] = {0, 0};
   EXPECT_DOUBLE_EQ(HiLoShareMultiway(7000, 54321, highs, no_lows, 2), 0.5 + 0.5 / 3);
@@ -207,13 +142,6 @@ TEST_F(OmahaEquity, HiLoShares) {
   const int lower_highs[2] = {6000, 5000};
   EXPECT_DOUBLE_EQ(HiLoShareMultiway(7000, 0, lower_highs, no_lows, 2), 1.0);
   EXPECT_DOUBLE_EQ(HiLoShareMultiway(4000, 0, lower_highs, lows, 2), 0.0);
-}
-
-TEST_F(OmahaEquity, RiverHiLoAgainstEveryHoldingKeepsItsUnseenCardRule) {
-  const std::vector<int> hole = cards("As 2s 3h Kd"), board = cards("4h 5h 8c Qd 9s");
-  int count = 0;
-  logic().RiverEquityHandVsRandomOnRiverHL(hole.data(), board.data(), count);
-  EXPECT_EQ(count, 135751);  // C(44, 4): the river card is not excluded
 }
 
 TEST_F(OmahaEquity, RangesOfHoldings) {
@@ -262,27 +190,22 @@ TEST_F(OmahaEquity, MonteCarloWithinFourStandardErrors) {
   std::srand(5);
   const double sampled = logic().getProbabilityOfWinOmaha(hole.data(), turn.data(), 4, 2);
   EXPECT_NEAR(sampled, exact, 4 * std::sqrt(exact * (1 - exact) / logic().m_trials));
-  int trials = static_cast<int>(test_util::sweep_size(100000, 10000)), ms = 600000;
-  const double light = logic().RiverEquityHandVsRandomOnFlopLight(hole.data(), turn.data(), trials, ms) / 100;
-  (void)light;
-  // Hi/Lo: against one random holding on a complete board, exact by every holding.
+  // Hi/Lo: against one random holding on a complete board, exact by every holding. Enumerated, the
+  // river form counts C(44, 4) holdings: it keeps the river card among the unseen ones.
   const std::vector<int> lowish = cards("As 2s 3h Kd"), river = cards("4h 5h 8c Qd 9s");
+  logic().RiverEquityHandVsRandomOnRiverHL(lowish.data(), river.data(), count);
+  EXPECT_EQ(count, 135751);
   double exact_hilo = 0;
   int holdings = 0;
-  const uint64_t seen = pokermath::cards_to_mask(lowish) | pokermath::cards_to_mask(river);
-  const int my_high = best_omaha(lowish.data(), 4, river.data()), my_low = best_low(lowish.data(), 4, river.data());
-  for (int a = 0; a < 52; ++a)
-    for (int b = a + 1; b < 52; ++b)
-      for (int c = b + 1; c < 52; ++c)
-        for (int d = c + 1; d < 52; ++d) {
-          if ((seen >> a | seen >> b | seen >> c | seen >> d) & 1) continue;
-          const int h[4] = {a, b, c, d};
-          exact_hilo += HiLoShareHeadsUp(my_high, my_low, best_omaha(h, 4, river.data()), best_low(h, 4, river.data()));
-          ++holdings;
-        }
+  const int my_high = best_two_plus_three(lowish.data(), 4, river.data()),
+            my_low = best_low(lowish.data(), 4, river.data());
+  for_each_set(4, pokermath::cards_to_mask(lowish) | pokermath::cards_to_mask(river), [&](const int* h) {
+    exact_hilo +=
+        HiLoShareHeadsUp(my_high, my_low, best_two_plus_three(h, 4, river.data()), best_low(h, 4, river.data()));
+    ++holdings;
+  });
   exact_hilo /= holdings;
-  trials = static_cast<int>(test_util::sweep_size(60000, 6000));
-  ms = 600000;
+  int trials = static_cast<int>(test_util::sweep_size(60000, 6000)), ms = 600000;
   const double hilo = logic().EquityHandVsRandomHL(lowish.data(), 4, river.data(), 5, 5, trials, ms) / 100;
   EXPECT_NEAR(hilo, exact_hilo, 4 * 0.5 / std::sqrt(trials));  // shares lie in 0..1: sd at most 1/2
 }
@@ -306,22 +229,17 @@ TEST_F(OmahaEquity, MultiwayRangesOfMasks) {
   for (const uint64_t a : opponents[0])
     for (const uint64_t b : opponents[1]) {
       if ((a & b) || ((a | b) & (hero[0] | board))) continue;
-      const uint64_t used = hero[0] | a | b | board;
-      for (int t = 0; t < 52; ++t)
-        for (int r = t + 1; r < 52; ++r) {
-          if (used >> t & 1 || used >> r & 1) continue;
-          const uint64_t full = board | uint64_t{1} << t | uint64_t{1} << r;
-          int f[5], n = 0, h0[4], h1[4], h2[4];
-          Int64ToArray(full, n, f);
-          Int64ToArray(hero[0], n, h0);
-          Int64ToArray(a, n, h1);
-          Int64ToArray(b, n, h2);
-          const int v0 = best_omaha(h0, 4, f), v1 = best_omaha(h1, 4, f), v2 = best_omaha(h2, 4, f);
-          const int best = std::max({v0, v1, v2});
-          const int k = (v0 == best) + (v1 == best) + (v2 == best);
-          expected += v0 == best ? 1.0 / k : 0.0;
-          ++deals;
-        }
+      for_each_set(2, hero[0] | a | b | board, [&](const int* turn_river) {
+        int f[5], n = 0, h[3][4];
+        Int64ToArray(board | uint64_t{1} << turn_river[0] | uint64_t{1} << turn_river[1], n, f);
+        Int64ToArray(hero[0], n, h[0]);
+        Int64ToArray(a, n, h[1]);
+        Int64ToArray(b, n, h[2]);
+        int v[3], best = 0;
+        for (int p = 0; p < 3; ++p) best = std::max(best, v[p] = best_two_plus_three(h[p], 4, f));
+        expected += v[0] == best ? 1.0 / ((v[0] == best) + (v[1] == best) + (v[2] == best)) : 0.0;
+        ++deals;
+      });
     }
   EXPECT_EQ(count, deals);
   EXPECT_NEAR(shares[0], expected / deals, 1e-12);

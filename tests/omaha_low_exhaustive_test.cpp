@@ -82,34 +82,27 @@ TEST(OmahaLowExhaustive, GeneralSearchMatchesBruteForceForEveryFourCardHolding) 
   for (const std::vector<int>& board : random_boards(static_cast<int>(test_util::sweep_size(300, 3)))) {
     const int nb = static_cast<int>(board.size());
     const std::vector<unsigned> triples = low_triples(board);
-    const uint64_t dead = ArrayToInt64(nb, board.data());
-    for (int a = 0; a < 52; ++a)
-      for (int b = a + 1; b < 52; ++b)
-        for (int c = b + 1; c < 52; ++c)
-          for (int d = c + 1; d < 52; ++d) {
-            const int hole[4] = {a, b, c, d};
-            if (ArrayToInt64(4, hole) & dead) continue;
-            ++holdings;
-            const int low = SetLowValueCombinationOmahaCommon(hole, 4, board.data(), nb);
-            const int expected = brute_low(hole, 4, triples);
-            lows += low != 0;
-            if (low != expected)
-              general.add(deal(hole, 4, board) + ": " + std::to_string(low) + ", brute force " +
-                          std::to_string(expected));
-            if (nb != 5) continue;
-            const int sorted = logic.SetLowValueCombinationOmaha(hole, board.data());
-            slot_differences += sorted != low;
-            if ((sorted == 0) != (low == 0))
-              slots_found.add(deal(hole, 4, board) + ": slot sort " + std::to_string(sorted) + ", general " +
-                              std::to_string(low));
-            deck.m_cards.clear();
-            for (int card : hole) deck.AddCard(CCard(card));
-            for (int card : board) deck.AddCard(CCard(card));
-            deck.SetLowValueCombinationOmaha(logic);
-            if (deck.m_lowValue != sorted)
-              deck_vs_logic.add(deal(hole, 4, board) + ": CDeck " + std::to_string(deck.m_lowValue) + ", PokerLogic " +
-                                std::to_string(sorted));
-          }
+    test_util::for_each_set(4, ArrayToInt64(nb, board.data()), [&](const int* hole) {
+      ++holdings;
+      const int low = SetLowValueCombinationOmahaCommon(hole, 4, board.data(), nb);
+      const int expected = brute_low(hole, 4, triples);
+      lows += low != 0;
+      if (low != expected)
+        general.add(deal(hole, 4, board) + ": " + std::to_string(low) + ", brute force " + std::to_string(expected));
+      if (nb != 5) return;
+      const int sorted = logic.SetLowValueCombinationOmaha(hole, board.data());
+      slot_differences += sorted != low;
+      if ((sorted == 0) != (low == 0))
+        slots_found.add(deal(hole, 4, board) + ": slot sort " + std::to_string(sorted) + ", general " +
+                        std::to_string(low));
+      deck.m_cards.clear();
+      for (int card : {hole[0], hole[1], hole[2], hole[3]}) deck.AddCard(CCard(card));
+      for (int card : board) deck.AddCard(CCard(card));
+      deck.SetLowValueCombinationOmaha(logic);
+      if (deck.m_lowValue != sorted)
+        deck_vs_logic.add(deal(hole, 4, board) + ": CDeck " + std::to_string(deck.m_lowValue) + ", PokerLogic " +
+                          std::to_string(sorted));
+    });
   }
   EXPECT_EQ(general.count, 0) << general.first;
   EXPECT_EQ(slots_found.count, 0) << slots_found.first;
@@ -125,16 +118,12 @@ TEST(OmahaLowExhaustive, TwoCardHoldingsMatchBruteForce) {
   for (const std::vector<int>& board : random_boards(static_cast<int>(test_util::sweep_size(300, 3)))) {
     const int nb = static_cast<int>(board.size());
     const std::vector<unsigned> triples = low_triples(board);
-    const uint64_t dead = ArrayToInt64(nb, board.data());
-    for (int a = 0; a < 52; ++a)
-      for (int b = a + 1; b < 52; ++b) {
-        const int hole[2] = {a, b};
-        if (ArrayToInt64(2, hole) & dead) continue;
-        const int low = SetLowValueCombinationOmahaCommon(hole, 2, board.data(), nb);
-        const int expected = brute_low(hole, 2, triples);
-        if (low != expected)
-          problems.add(deal(hole, 2, board) + ": " + std::to_string(low) + ", brute force " + std::to_string(expected));
-      }
+    test_util::for_each_set(2, ArrayToInt64(nb, board.data()), [&](const int* hole) {
+      const int low = SetLowValueCombinationOmahaCommon(hole, 2, board.data(), nb);
+      const int expected = brute_low(hole, 2, triples);
+      if (low != expected)
+        problems.add(deal(hole, 2, board) + ": " + std::to_string(low) + ", brute force " + std::to_string(expected));
+    });
   }
   EXPECT_EQ(problems.count, 0) << problems.first;
 }

@@ -24,6 +24,9 @@ int seven_class(int h0, int h1, const int* board) {
   return tables_fixture::best_class_of_seven(w.data());
 }
 
+// 1 when my class (smaller is stronger) beats theirs, 0.5 for a tie.
+double score(int mine, int theirs) { return mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0; }
+
 TEST(RangeEquity, OneCombinationIsThatMatchup) {
   const std::vector<int> hero = cards("As Ks");
   const Spec one = range_of({{"Qh", "Qd"}});
@@ -83,43 +86,33 @@ TEST(RangeEquity, DispatchAndBoardCounts) {
 TEST(RangeEquity, ExhaustiveFormsMatchAPlainWalk) {
   const std::vector<int> hero = cards("Ah Kh"), flop = cards("Qh 7h 2c");
   const Spec range = pokermath::parse_range("QQ+,AKo,T9s");
-  double score = 0, count = 0;
+  double sum = 0, count = 0;
   const uint64_t known = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop);
-  for (int t = 0; t < 52; ++t)
-    for (int r = t + 1; r < 52; ++r) {
-      if (known >> t & 1 || known >> r & 1) continue;
-      const int board[5] = {flop[0], flop[1], flop[2], t, r};
-      const int mine = seven_class(hero[0], hero[1], board);
-      for (const auto& [a, b] : range.m_hands) {
-        const uint64_t used = known | uint64_t{1} << t | uint64_t{1} << r;
-        if (used >> a & 1 || used >> b & 1) continue;
-        const int theirs = seven_class(a, b, board);
-        score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
-        count += 1;
-      }
+  test_util::for_each_set(2, known, [&](const int* turn_river) {
+    const int board[5] = {flop[0], flop[1], flop[2], turn_river[0], turn_river[1]};
+    const uint64_t used = known | uint64_t{1} << turn_river[0] | uint64_t{1} << turn_river[1];
+    for (const auto& [a, b] : range.m_hands) {
+      if (used >> a & 1 || used >> b & 1) continue;
+      sum += score(seven_class(hero[0], hero[1], board), seven_class(a, b, board));
+      count += 1;
     }
-  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), range), score / count);
+  });
+  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithFlop(hero.data(), flop.data(), range), sum / count);
 
   // To the flop: five-card hands on every flop.
   const Spec small = pokermath::parse_range("AA,72o");
-  double flop_score = 0, flop_count = 0;
-  const uint64_t mine_mask = pokermath::cards_to_mask(hero);
-  for (int a = 0; a < 52; ++a)
-    for (int b = a + 1; b < 52; ++b)
-      for (int c = b + 1; c < 52; ++c) {
-        if (mine_mask >> a & 1 || mine_mask >> b & 1 || mine_mask >> c & 1) continue;
-        const std::vector<int> hw = test_util::words({hero[0], hero[1], a, b, c});
-        const int mine = eval_5hand(hw.data());
-        for (const auto& [x, y] : small.m_hands) {
-          const uint64_t used = mine_mask | uint64_t{1} << a | uint64_t{1} << b | uint64_t{1} << c;
-          if (used >> x & 1 || used >> y & 1) continue;
-          const std::vector<int> vw = test_util::words({x, y, a, b, c});
-          const int theirs = eval_5hand(vw.data());
-          flop_score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
-          flop_count += 1;
-        }
-      }
-  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithNoBoardToFlop(hero.data(), small), flop_score / flop_count);
+  double flop_sum = 0, flop_count = 0;
+  test_util::for_each_set(3, pokermath::cards_to_mask(hero), [&](const int* f) {
+    const uint64_t used =
+        pokermath::cards_to_mask(hero) | uint64_t{1} << f[0] | uint64_t{1} << f[1] | uint64_t{1} << f[2];
+    for (const auto& [x, y] : small.m_hands) {
+      if (used >> x & 1 || used >> y & 1) continue;
+      flop_sum += score(eval_5hand(test_util::words({hero[0], hero[1], f[0], f[1], f[2]}).data()),
+                        eval_5hand(test_util::words({x, y, f[0], f[1], f[2]}).data()));
+      flop_count += 1;
+    }
+  });
+  EXPECT_DOUBLE_EQ(logic().getProbabilityOfWinBySpectrWithNoBoardToFlop(hero.data(), small), flop_sum / flop_count);
 }
 
 TEST(RangeEquity, SampledFormsLandNearTheExactValue) {
@@ -127,16 +120,14 @@ TEST(RangeEquity, SampledFormsLandNearTheExactValue) {
   const Spec range = pokermath::parse_range("QQ+,AK,JTs");
   // A complete board: the same walk every trial, so the exact value.
   const double river = logic().getProbabilityOfWinBySpectr(hero.data(), flop.data(), 5, range);
-  double score = 0, count = 0;
-  const int mine = seven_class(hero[0], hero[1], flop.data());
+  double sum = 0, count = 0;
   const uint64_t known = pokermath::cards_to_mask(hero) | pokermath::cards_to_mask(flop);
   for (const auto& [a, b] : range.m_hands) {
     if (known >> a & 1 || known >> b & 1) continue;
-    const int theirs = seven_class(a, b, flop.data());
-    score += mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0;
+    sum += score(seven_class(hero[0], hero[1], flop.data()), seven_class(a, b, flop.data()));
     count += 1;
   }
-  EXPECT_DOUBLE_EQ(river, score / count);
+  EXPECT_DOUBLE_EQ(river, sum / count);
   // Two board cards given: sampled; near the exhaustive flop answer averaged over third cards.
   std::srand(5);
   const double sampled = logic().getProbabilityOfWinBySpectr(hero.data(), flop.data(), 2, range);

@@ -43,11 +43,7 @@ TEST(SpecAdding, EachOperationFixesTheCardOrder) {
   Spec offsuit;
   offsuit.AddNonSuit(11, 12);
   EXPECT_EQ(offsuit.GetSize(), 12);
-  for (const auto& [a, b] : offsuit.m_hands) {
-    EXPECT_EQ(a % 13, 12);
-    EXPECT_EQ(b % 13, 11);
-    EXPECT_NE(a / 13, b / 13);
-  }
+  for (const auto& [a, b] : offsuit.m_hands) EXPECT_TRUE(a % 13 == 12 && b % 13 == 11 && a / 13 != b / 13) << a << b;
 
   // AddCard puts the second card first on equal ranks, so it stores (25, 12) next to AddPair's (12, 25).
   pair.AddCard(12, 25);
@@ -60,8 +56,6 @@ TEST(SpecAdding, EachOperationFixesTheCardOrder) {
   Spec one;
   one.AddCard(kKs, kAs);
   EXPECT_EQ(one.m_hands, (Hands{{kAs, kKs}}));
-  one.Clear();
-  EXPECT_EQ(one.GetSize(), 0);
 }
 
 TEST(SpecAdding, MakeRandomReplacesTheSetAndExcludeAddsTheLiveCombinations) {
@@ -109,13 +103,8 @@ TEST(SpecMatrix, ShortDeckMatrixKeepsOnlySixAndUp) {
   Spec full;
   full.MakeRandom();
   const std::vector<int> cells = matrix(full, true);
-  int set = 0;
-  for (int cell = 0; cell < 169; ++cell) {
-    const bool short_deck_class = cell / 13 <= 8 && cell % 13 <= 8;  // rows and columns A..6
-    EXPECT_EQ(cells[cell], short_deck_class ? 1 : 0) << cell;
-    set += cells[cell];
-  }
-  EXPECT_EQ(set, 81);
+  for (int cell = 0; cell < 169; ++cell)  // the 81 cells of rows and columns A..6
+    EXPECT_EQ(cells[cell], cell / 13 <= 8 && cell % 13 <= 8 ? 1 : 0) << cell;
 }
 
 TEST(SpecMatrix, CodesOutsideTheDeckAreKeptButHaveNoCell) {
@@ -231,7 +220,7 @@ TEST(SpecTokens, TokenGrammarAndReturnValues) {
 class SpecFile : public testing::Test {
  protected:
   range_test::ScratchDir m_dir{"pokermath_spec_file"};
-  range_test::MessageCapture m_messages;
+  test_util::MessageCapture m_messages;
 
   // A Spec set up as a Hold'em percentage source for a file in the scratch directory.
   Spec source(const std::string& name) const {
@@ -266,8 +255,6 @@ TEST_F(SpecFile, CompleteFileGivesCumulativePercentages) {
     EXPECT_DOUBLE_EQ(spec.m_handToPercent[token], total * 100.0 / 1326) << pokermath::narrow(token);
     EXPECT_EQ(spec.m_percentToHand[spec.m_handToPercent[token]], token);
   }
-  EXPECT_EQ(spec.m_handToPercent[L"AA"], 600.0 / 1326);
-  EXPECT_EQ(spec.m_handToPercent[L"(AK)"], 1000.0 / 1326);
 }
 
 TEST_F(SpecFile, PercentagesChooseTheStrongestClassesWithAMargin) {

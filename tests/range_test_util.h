@@ -10,6 +10,7 @@
 #include <vector>
 
 #include "pokermath/pokermath.h"
+#include "test_util.h"
 
 namespace range_test {
 
@@ -62,21 +63,6 @@ inline std::vector<std::string> file_lines(const std::vector<int>& cells) {
   for (int cell : cells) lines.push_back(file_token(cell));
   return lines;
 }
-
-// Collects every ShowMessage text while alive.
-class MessageCapture {
- public:
-  MessageCapture() : m_previous(SetMessageHandler([this](const CString& text) { m_texts.push_back(text); })) {}
-  ~MessageCapture() { SetMessageHandler(m_previous); }
-  MessageCapture(const MessageCapture&) = delete;
-  MessageCapture& operator=(const MessageCapture&) = delete;
-
-  const std::vector<CString>& texts() const { return m_texts; }
-
- private:
-  std::vector<CString> m_texts;
-  MessageHandler m_previous;
-};
 
 // The 169-cell class matrix of a Spec (MakeMatrix, or MakeMatrix6Plus for the short deck).
 inline std::vector<int> matrix(const Spec& spec, bool short_deck = false) {

@@ -8,14 +8,13 @@
 
 namespace {
 
+// Every five-card hand of the 52-card deck, or of the short deck (cards six to ace).
 template <typename Visit>
-void for_each_five_card_hand(Visit visit) {
-  std::array<int, 5> c;
-  for (c[0] = 0; c[0] < 48; ++c[0])
-    for (c[1] = c[0] + 1; c[1] < 49; ++c[1])
-      for (c[2] = c[1] + 1; c[2] < 50; ++c[2])
-        for (c[3] = c[2] + 1; c[3] < 51; ++c[3])
-          for (c[4] = c[3] + 1; c[4] < 52; ++c[4]) visit(c);
+void for_each_five_card_hand(Visit visit, bool short_deck = false) {
+  uint64_t low_cards = 0;
+  for (int c = 0; c < 52; ++c)
+    if (short_deck && c % 13 < 4) low_cards |= 1ull << c;
+  test_util::for_each_set(5, low_cards, [&](const int* c) { visit(std::array<int, 5>{c[0], c[1], c[2], c[3], c[4]}); });
 }
 
 TEST(StateMachineExhaustive, BuiltInFiveCardMachineOnEveryHand) {
@@ -36,13 +35,16 @@ TEST(StateMachineExhaustive, BuiltInFiveCardMachineOnEveryHand) {
 template <typename Value>
 int check_order(Value value, reference::Rules rules, std::string& problem) {
   std::map<int, int64_t> key_of_value;
-  for_each_five_card_hand([&](const std::array<int, 5>& c) {
-    const int v = value(c);
-    const int64_t key = reference::five_card_key(c, rules);
-    auto [it, inserted] = key_of_value.emplace(v, key);
-    if (!inserted && it->second != key && problem.empty())
-      problem = test_util::names({c.begin(), c.end()}) + " shares value " + std::to_string(v) + " with another hand";
-  });
+  for_each_five_card_hand(
+      [&](const std::array<int, 5>& c) {
+        const int v = value(c);
+        const int64_t key = reference::five_card_key(c, rules);
+        auto [it, inserted] = key_of_value.emplace(v, key);
+        if (!inserted && it->second != key && problem.empty())
+          problem =
+              test_util::names({c.begin(), c.end()}) + " shares value " + std::to_string(v) + " with another hand";
+      },
+      rules == reference::Rules::kShortDeck);
   int64_t previous = -1;
   for (auto [v, key] : key_of_value) {
     if (key <= previous && problem.empty()) problem = "value " + std::to_string(v) + " is out of order";
@@ -65,35 +67,22 @@ TEST(StateMachineExhaustive, DeuceToSevenOrdersEveryHand) {
 }
 
 TEST(StateMachineExhaustive, ShortDeckOnTheFiftyTwoCardScale) {
-  std::map<int, int64_t> key_of_value;
   std::string problem;
-  std::array<int, 5> k;
-  for (k[0] = 0; k[0] < 32; ++k[0])
-    for (k[1] = k[0] + 1; k[1] < 33; ++k[1])
-      for (k[2] = k[1] + 1; k[2] < 34; ++k[2])
-        for (k[3] = k[2] + 1; k[3] < 35; ++k[3])
-          for (k[4] = k[3] + 1; k[4] < 36; ++k[4]) {
-            std::array<int, 5> c;
-            for (int i = 0; i < 5; ++i) c[i] = pokermath::card_from_short_deck(k[i]);
-            const int v = LookupHoldem6PlusFsm5(c.data());
-            const int64_t key = reference::five_card_key(c, reference::Rules::kShortDeck);
-            // Category numbers follow the short-deck order, with 10 for the ace-high straight flush.
-            const int place = reference::category_of(key);
-            const int expected = place == 9 && ((key >> 16) & 0xF) == 12 ? 10 : place;
-            if (Get_rankHoldem6PlusFsm5(v) != expected && problem.empty())
-              problem = test_util::names({c.begin(), c.end()}) + " has category " +
-                        std::to_string(Get_rankHoldem6PlusFsm5(v));
-            auto [it, inserted] = key_of_value.emplace(v, key);
-            if (!inserted && it->second != key && problem.empty())
-              problem = test_util::names({c.begin(), c.end()}) + " shares value " + std::to_string(v);
-          }
-  int64_t previous = -1;
-  for (auto [v, key] : key_of_value) {
-    if (key <= previous && problem.empty()) problem = "value " + std::to_string(v) + " is out of order";
-    previous = key;
-  }
+  const int values = check_order(
+      [&](const std::array<int, 5>& c) {
+        const int v = LookupHoldem6PlusFsm5(c.data());
+        // Category numbers follow the short-deck order, with 10 for the ace-high straight flush.
+        const int64_t key = reference::five_card_key(c, reference::Rules::kShortDeck);
+        const int place = reference::category_of(key);
+        const int expected = place == 9 && ((key >> 16) & 0xF) == 12 ? 10 : place;
+        if (Get_rankHoldem6PlusFsm5(v) != expected && problem.empty())
+          problem =
+              test_util::names({c.begin(), c.end()}) + " has category " + std::to_string(Get_rankHoldem6PlusFsm5(v));
+        return v;
+      },
+      reference::Rules::kShortDeck, problem);
   EXPECT_TRUE(problem.empty()) << problem;
-  EXPECT_EQ(key_of_value.size(), 1404u);
+  EXPECT_EQ(values, 1404);
   EXPECT_EQ(LookupHoldem6PlusFsm5(test_util::cards("Ac 6d 7h 8s 9c").data()), 4996);
   EXPECT_EQ(Get_rankHoldem6PlusFsm5(4996), 4);
   EXPECT_EQ(LookupHoldem6PlusFsm5(test_util::cards("Ah 6h 7h 8h 9h").data()), 7453);
@@ -102,28 +91,24 @@ TEST(StateMachineExhaustive, ShortDeckOnTheFiftyTwoCardScale) {
 }
 
 TEST(StateMachineExhaustive, CategoryNumbersAndNames) {
-  EXPECT_EQ(Get_rankFsm5(7462), 10);
-  EXPECT_EQ(Get_rankFsm5(7461), 9);
-  EXPECT_EQ(Get_rankFsm5(5864), 6);
-  EXPECT_EQ(Get_rankFsm5(1), 1);
+  // Every value: the category of its class, 10 for the royal flush; 0 below the scale.
+  for (int v = 1; v <= 7462; ++v)
+    ASSERT_EQ(Get_rankFsm5(v), v == 7462 ? 10 : static_cast<int>(pokermath::category_of_class(7463 - v))) << v;
   EXPECT_EQ(Get_rankFsm5(0), 0);
   CString name;
   EXPECT_EQ(verify_rankFsm5(0, name), 1);
-  EXPECT_EQ(name, L"Error");
-  verify_rankFsm5(7462, name);
-  EXPECT_EQ(name, L"Royal Flush");
-  verify_rankFsm5(7300, name);
-  EXPECT_EQ(name, L"four of kind");
-  verify_rankFsm5(5000, name);
-  EXPECT_EQ(name, L"three of kind");
-  verify_rankFsm5(4138, name);
-  EXPECT_EQ(name, L"two pairs");
+  const std::pair<int, const wchar_t*> names[] = {
+      {0, L"Error"}, {7462, L"Royal Flush"}, {7300, L"four of kind"}, {5000, L"three of kind"}, {4138, L"two pairs"}};
+  for (const auto& [value, text] : names) {
+    verify_rankFsm5(value, name);
+    EXPECT_EQ(name, text) << value;
+  }
   EXPECT_EQ(Get_rank36(1404), 10);
   EXPECT_EQ(Get_rank36(883), 5);
   EXPECT_EQ(Get_rank36(882), 4);
+  EXPECT_EQ(Get_rank36(0), 0);
   EXPECT_EQ(Get_rank36China(1129), 5);
   EXPECT_EQ(Get_rank36China(1128), 4);
-  EXPECT_EQ(Get_rank36(0), 0);
   EXPECT_EQ(Get_rank36China(-3), 0);
 }
 

@@ -13,10 +13,8 @@ TEST(Support, MessagesGoToTheInstalledHandler) {
   MessageHandler previous = SetMessageHandler([&](const CString& text) { seen.push_back(text); });
   ShowMessage(L"Error: Can not open file texas-7.bin");
   ShowMessage(L"second");
-  MessageHandler mine = SetMessageHandler(previous);
-  ASSERT_EQ(seen.size(), 2u);
-  EXPECT_EQ(seen[0], L"Error: Can not open file texas-7.bin");
-  ASSERT_TRUE(static_cast<bool>(mine));
+  EXPECT_TRUE(static_cast<bool>(SetMessageHandler(previous)));  // the handler given back is ours
+  EXPECT_EQ(seen, (std::vector<CString>{L"Error: Can not open file texas-7.bin", L"second"}));
 }
 
 TEST(Support, DefaultHandlerWritesALineToStderr) {
@@ -54,7 +52,7 @@ TEST(Support, FileHelpers) {
   ASSERT_TRUE(pokermath::write_file(path, data, sizeof data));
   EXPECT_TRUE(pokermath::file_exists(path));
   EXPECT_TRUE(std::filesystem::exists(dir / "t\xc3\xa9st.bin"));  // the name is stored as UTF-8
-  EXPECT_FALSE(pokermath::file_exists(wide_dir));  // a directory is not a file  // a directory is not a file
+  EXPECT_FALSE(pokermath::file_exists(wide_dir));                 // a directory is not a file
   EXPECT_EQ(pokermath::file_size(path), 5);
   std::vector<char> back;
   ASSERT_TRUE(pokermath::read_file(path, back));
@@ -63,11 +61,6 @@ TEST(Support, FileHelpers) {
   EXPECT_TRUE(back.empty());
   EXPECT_FALSE(pokermath::write_file(wide_dir + L"/no/such/dir", data, 1));
   std::filesystem::remove_all(dir);
-}
-
-TEST(Support, VersionIsSemantic) {
-  const std::string_view v = pokermath::version();
-  EXPECT_EQ(std::count(v.begin(), v.end(), '.'), 2);
 }
 
 }  // namespace

@@ -1,7 +1,9 @@
 // Small helpers shared by the test programs.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
+#include <filesystem>
 #include <random>
 #include <string>
 #include <vector>
@@ -32,6 +34,42 @@ inline void random_cards(std::mt19937& engine, int count, int* out, uint64_t dea
   }
 }
 
+// Calls visit(const int* cards) for every set of `k` (1..8) distinct card codes outside `dead`: codes
+// ascending within a set, sets in lexicographic order, as nested loops a < b < c ... visit them.
+template <typename Visit>
+void for_each_set(int k, uint64_t dead, Visit&& visit) {
+  int c[8] = {-1};
+  for (int depth = 0; depth >= 0;) {
+    int x = c[depth] + 1;
+    while (x < 52 && (dead >> x & 1)) ++x;
+    if (x == 52) {
+      --depth;
+      continue;
+    }
+    c[depth] = x;
+    if (depth + 1 < k)
+      c[++depth] = x;
+    else
+      visit(static_cast<const int*>(c));
+  }
+}
+
+// The best value (7463 - class, larger is stronger) of exactly two of the hole cards with exactly
+// three of the board cards, by trying every such five on the hash path (both five-card paths agree on
+// every hand: five_card_exhaustive_test).
+inline int best_two_plus_three(const int* hole, int n_hole, const int* board, int n_board = 5) {
+  auto w = [](int c) { return static_cast<int>(pokermath::prime_word(c)); };
+  int best = 0;
+  for (int i = 0; i < n_hole; ++i)
+    for (int j = i + 1; j < n_hole; ++j)
+      for (int k = 0; k < n_board; ++k)
+        for (int l = k + 1; l < n_board; ++l)
+          for (int m = l + 1; m < n_board; ++m)
+            best =
+                std::max(best, 7463 - eval_5hand_fast(w(hole[i]), w(hole[j]), w(board[k]), w(board[l]), w(board[m])));
+  return best;
+}
+
 // Sanitizer builds check memory and undefined behaviour, not every hand again: the long sweeps run
 // on a sample there (the Release run covers them in full).
 #ifdef POKERMATH_TEST_SANITIZED
@@ -53,6 +91,25 @@ std::string error_of(Call&& call) {
   }
   return "(no error)";
 }
+
+// Collects every ShowMessage text while alive.
+class MessageCapture {
+ public:
+  MessageCapture() : m_previous(SetMessageHandler([this](const CString& text) { m_texts.push_back(text); })) {}
+  ~MessageCapture() { SetMessageHandler(m_previous); }
+  MessageCapture(const MessageCapture&) = delete;
+  MessageCapture& operator=(const MessageCapture&) = delete;
+
+  const std::vector<CString>& texts() const { return m_texts; }
+  void clear() { m_texts.clear(); }
+
+ private:
+  std::vector<CString> m_texts;
+  MessageHandler m_previous;
+};
+
+// A path as the wide string the classic API takes.
+inline CString wide(const std::filesystem::path& path) { return pokermath::widen(path.string()); }
 
 // Card codes from a text such as "AsKsQs"; for test inputs only.
 inline std::vector<int> cards(const std::string& text) { return pokermath::parse_cards(text); }
