@@ -1,10 +1,10 @@
 // The "Common" engines: any number of hole cards, each hand made of exactly two hole cards and
 // exactly three board cards (the Omaha rule, applied whatever the hole-card count).
 //
-// The named evaluator is getCombinationOmahaFsm5Common. When "omaha-7.bin" is loaded the boards are
-// walked through it instead: it gives the same value for every hand (the best two-plus-three hand on
-// the same scale), and the board's state is carried from loop to loop, so a board costs one read
-// per hole pair.
+// Each board is ranked by eval_rank7_via_ofsm7 (the named evaluator getCombinationOmahaFsm5Common
+// gives the same value for every hand: the best two-plus-three hand on the same scale). When
+// "omaha-7.bin" is loaded the boards are walked through it instead, the board's state carried from
+// loop to loop, so a board costs two reads per hole pair and no board lookup.
 #include <algorithm>
 
 #include "cards/draw.h"
@@ -67,7 +67,7 @@ double PokerLogic::RiverEquityHandVsHandOnPreFlopCommon(const int* hero, int h, 
   return hand_vs_hand(hero, h, villain, nullptr, 0, boards, ms);
 }
 
-// Ranked by "omaha-7.bin"; without it loaded, by the search it agrees with on every hand.
+// Walked through "omaha-7.bin" when it is loaded; else each board ranked by eval_rank7_via_ofsm7.
 double RiverEquityHandVsHandOnPreFlopCommonFsm7(const int* hero, int h, const int* villain, int& boards, int& ms) {
   return hand_vs_hand(hero, h, villain, nullptr, 0, boards, ms);
 }

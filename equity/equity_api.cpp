@@ -556,7 +556,7 @@ void omaha_monte_carlo(const OmahaGame& game, const std::vector<OmahaPlayer>& pl
   std::mt19937_64 engine(request.seed);
   const auto start = std::chrono::steady_clock::now();
   const int n = static_cast<int>(players.size());
-  int cards[kMaxPlayers][6], full[5], highs[kMaxPlayers], lows[kMaxPlayers] = {}, out[5];
+  int cards[kMaxPlayers][6], full[5], highs[kMaxPlayers], lows[kMaxPlayers] = {};
   std::copy(board.begin(), board.end(), full);
   for (int64_t trial = 0; trial < request.trials; ++trial) {
     if (request.time_ms > 0 && (trial & 1023) == 0 &&
@@ -579,8 +579,7 @@ void omaha_monte_carlo(const OmahaGame& game, const std::vector<OmahaPlayer>& pl
     }
     for (size_t i = board.size(); i < 5; ++i) full[i] = deal();
     for (int p = 0; p < n; ++p) {
-      highs[p] = ofsm_omaha7::table ? eval_rank7_via_ofsm7(cards[p], game.hole, full)
-                                    : getCombinationOmahaFsm5Common(cards[p], game.hole, full, 5, out);
+      highs[p] = eval_rank7_via_ofsm7(cards[p], game.hole, full);
       if (game.hi_lo) lows[p] = SetLowValueCombinationOmahaCommon(cards[p], game.hole, full, 5);
     }
     score_deal(game, n, highs, lows, totals);
@@ -611,12 +610,11 @@ EquityResult compute_omaha_equity(const EquityRequest& request) {
   if (static_cast<int>(game.hole * players.size() + known_cards.size() + (5 - board_size)) > 52)
     throw Error(std::to_string(players.size()) + " players need more cards than the deck holds");
 
-  const std::filesystem::path dir = request.data_dir.empty() ? default_data_directory() : request.data_dir;
-  load_table(TableFile::Omaha7, dir, request.progress);
-
+  // No table to load: the Omaha evaluation reads rank-pair tables built in memory on first use. When
+  // "omaha-7.bin" is in memory anyway, the exact walk reads it instead (the same values).
   const bool all_fixed =
       std::all_of(players.begin(), players.end(), [](const OmahaPlayer& p) { return !p.cards.empty(); });
-  // The work of an exact answer in player-boards; about 30 million take a second through the table.
+  // The work of an exact answer in player-boards; about 30 million take a second.
   const double work = static_cast<double>(boards_to_come(std::popcount(known), static_cast<int>(board_size))) *
                       static_cast<double>(players.size());
   const bool exact =

@@ -190,21 +190,6 @@ int eval_rank7_texas(const int* cards) {
   return walk(texasfsm7::table, kDeck, codes, 7);
 }
 
-int eval_rank7_via_ofsm7(const int* hole, int count, const int* board) {
-  if (count < 2 || count > 6) return 0;
-  const int32_t* T = ofsm_omaha7::table;
-  int b[5], h[6];
-  for (int i = 0; i < 5; ++i) b[i] = kRankMajorCodes[board[i]];
-  for (int i = 0; i < count; ++i) h[i] = kRankMajorCodes[hole[i]];
-  const int board_state = walk(T, kDeck, b, 5);
-  int best = 0;
-  for (int i = 0; i < count; ++i) {
-    const int si = T[board_state + h[i]];
-    for (int j = i + 1; j < count; ++j) best = std::max(best, static_cast<int>(T[si + h[j]]));
-  }
-  return best;
-}
-
 int eval_rank5_via_fsm5(const int* cards) {
   int codes[5];
   if (!to_short_deck(cards, 5, codes)) return 0;

@@ -185,8 +185,8 @@ double PokerLogic::RiverEquityHandVsRandomOnRiver(const int* hole, const int* bo
 
 double RiverEquityHandVsRandomOnRiver_ofsm7(const int* hole, const int* board, int& count) {
   Score score;
-  // "omaha-7.bin" gives the same values as the search of each pair (HoldingValues) on every hand.
-  const int mine = ofsm_omaha7::table ? eval_rank7_via_ofsm7(hole, 4, board) : get_rank7(hole, board);
+  // The same values as the search of each pair (HoldingValues) on every hand.
+  const int mine = eval_rank7_via_ofsm7(hole, 4, board);
   HoldingValues(seen_cards(hole, 4, board, 5), board, 5).for_each([&](int, int, int, int, int value) {
     score.add(mine, value);
   });

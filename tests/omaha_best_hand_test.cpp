@@ -104,6 +104,39 @@ TEST(OmahaBestHand, DeckValueOfTheBestCombination) {
   EXPECT_EQ(std::vector<int>(short_deck.m_value, short_deck.m_value + 6), std::vector<int>(6, 0));
 }
 
+TEST(OmahaBestHand, PairTableSearchOnCardsHeldTwiceAndBadInput) {
+  // A repeated board card gives 0; a pair holding one card twice, or a card also on the board,
+  // counts 0 and the other pairs count as usual. (The walk has no such rule: in a suit that can no
+  // longer make a flush the machine knows only ranks, so a repeated card there reads as one more
+  // card of its rank.)
+  std::mt19937 engine(7);
+  std::uniform_int_distribution<int> any_card(0, 51), small(0, 12);
+  for (int i = 0; i < 200000; ++i) {
+    const int holes = 4 + i % 3;
+    int cards[11];
+    for (int k = 0; k < holes + 5; ++k) cards[k] = small(engine) < 3 ? 13 * (k % 2) + small(engine) : any_card(engine);
+    const int* board = cards + holes;
+    const uint64_t board_mask = ArrayToInt64(5, board);
+    int expected = 0;
+    for (int a = 0; a < holes && std::popcount(board_mask) == 5; ++a)
+      for (int b = a + 1; b < holes; ++b) {
+        const int pair[2] = {cards[a], cards[b]};
+        if (pair[0] != pair[1] && !(board_mask & ((uint64_t{1} << pair[0]) | (uint64_t{1} << pair[1]))))
+          expected = std::max(expected, test_util::best_two_plus_three(pair, 2, board));
+      }
+    ASSERT_EQ(eval_rank7_via_ofsm7(cards, holes, board), expected)
+        << test_util::names(std::vector<int>(cards, cards + holes + 5));
+  }
+  // 2c 3c 4c 5c on Qc Kc Ac 2d 3d: the best is the ace-high flush A K Q 5 4 (no five clubs make a
+  // straight flush with only two from the hole).
+  const int hole[6] = {0, 1, 2, 3, 4, 5}, board[5] = {10, 11, 12, 13, 14}, bad[5] = {10, 11, 12, 13, 52};
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 4, board), test_util::best_two_plus_three(hole, 4, board));
+  EXPECT_EQ(Get_rankFsm5(eval_rank7_via_ofsm7(hole, 4, board)), 6);
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 1, board), 0);
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 7, board), 0);
+  EXPECT_EQ(eval_rank7_via_ofsm7(hole, 4, bad), 0);
+}
+
 TEST(OmahaBestHand, FlushClassifier) {
   const std::vector<int> hole = cards("Ah 9h 9c 2h"), board = cards("Kh 7h 3h 3d");
   const CHandOmahaType hand(hole.data(), board.data(), 4);

@@ -48,6 +48,10 @@ TEST(OmahaSearchExhaustive, EverySearchFindsTheBruteForceBestAndItsFirstCombinat
         ASSERT_EQ(getCombinationOmahaFsm5Common(hole, holes, board, boards, out), 7463 - expected.best) << deal();
         ASSERT_TRUE(std::equal(out, out + 5, expected.used)) << deal();
         ASSERT_EQ(getCombinationOmahaFsm7Common(hole, holes, board, boards, out), 7463 - expected.best) << deal();
+        if (boards == 5) {
+          // Needs no loaded table: the rank-pair tables are built on first use.
+          ASSERT_EQ(eval_rank7_via_ofsm7(hole, holes, board), 7463 - expected.best) << deal();
+        }
 
         if (holes != 4) continue;
         // The four-card searches: prime-product ones report card codes, state-machine ones positions.

@@ -15,7 +15,8 @@
 #include "pokermath/omaha.h"
 #include "pokermath/ranges.h"
 
-// All 5-card boards for two h-card hands, each ranked by "omaha-7.bin" (load it first); percent.
+// All 5-card boards for two h-card hands, each ranked by eval_rank7_via_ofsm7 (walked through
+// "omaha-7.bin" when it is loaded); percent.
 double RiverEquityHandVsHandOnPreFlopCommonFsm7(const int* hero, int h, const int* villain, int& boards, int& ms);
 // Monte Carlo against one random h-card hand, completing the board to boardSize cards. trials and
 // ms are in-out: the trial limit and the time limit in milliseconds on entry, the trials done and
@@ -23,7 +24,7 @@ double RiverEquityHandVsHandOnPreFlopCommonFsm7(const int* hero, int h, const in
 double EquityHandVsRandomCommon(const int* hero, int h, const int* board, int boardCount, int boardSize, int& trials,
                                 int& ms);
 // Monte Carlo pre-flop against one random hand of as many cards as the hero mask holds, ranked by
-// "omaha-7.bin"; hiLo != 0 splits the pot with the eight-or-better low. Percent.
+// eval_rank7_via_ofsm7; hiLo != 0 splits the pot with the eight-or-better low. Percent.
 double RiverEquityHandVsRandomOnPreFlopCommon(uint64_t hero, int trials, int& ms, int hiLo);
 
 // ---- the pokermath:: pre-flop table file ----------------------------------------------------------

@@ -297,8 +297,10 @@ int verify_rankFsm5(int value, CString& name);
 int Get_rankFsm5(int value);
 // Value of seven card codes from "texas-7.bin"; 0 when a code is outside 0..51. Load it first.
 int eval_rank7_texas(const int* cards);
-// Best value over every pair of `count` (2 to 6) hole cards with the five board cards, from
-// "omaha-7.bin"; 0 for another count.
+// Best value over every pair of `count` (2 to 6) hole cards with the five board cards: the value
+// the walk over "omaha-7.bin" gives, read from rank-pair tables built in memory on first use (about
+// 25 ms), so no table need be loaded. 0 for another count, a code outside 0..51 or a board card held
+// twice; a hole pair holding a card twice or a board card counts 0.
 int eval_rank7_via_ofsm7(const int* hole, int count, const int* board);
 // Short-deck values (1..1404) from "six-plus-5.bin"/"six-plus-7.bin"; 0 when a card is a 2 to 5.
 int eval_rank5_via_fsm5(const int* cards);

@@ -92,7 +92,7 @@ double FlopEquityHandVsRandomOnFlopFsm5(const int* hole, const int* flop, int& c
 double TurnEquityHandVsRandomOnTurnFsm5(const int* hole, const int* turn, int& count);
 // Every opponent holding with every river card, the river cards shared out among threads.
 double RiverEquityHandVsRandomOnTurnFsm5(const int* hole, const int* turn, int& count);
-// Every opponent holding on a complete board, ranked by "omaha-7.bin".
+// Every opponent holding on a complete board, ranked by eval_rank7_via_ofsm7.
 double RiverEquityHandVsRandomOnRiver_ofsm7(const int* hole, const int* board, int& count);
 // Monte Carlo against a random live holding of the range and a random board, with a time limit.
 double RiverEquityHandVsRangeOnPreflopLight(const int* hole, const OmahaRange& range, int& trials, int& timeMs);
