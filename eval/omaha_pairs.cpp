@@ -55,12 +55,12 @@ constexpr auto kRank13 = per_code<uint8_t>([](int, int rank) { return kRanks * r
 constexpr auto kRank169 = per_code<uint16_t>([](int, int rank) { return kRanks * kRanks * rank; });
 
 struct Tables {
-  std::array<uint8_t, kRanks * kRanks> pair_index{};                 // (x, y) -> 0..90, either order
-  std::array<uint16_t, kRanks * kRanks * kRanks> triple_index{};     // (x, y, z) -> 0..454, any order
+  std::array<uint8_t, kRanks * kRanks> pair_index{};                          // (x, y) -> 0..90, either order
+  std::array<uint16_t, kRanks * kRanks * kRanks> triple_index{};              // (x, y, z) -> 0..454, any order
   std::vector<uint16_t> board_id = std::vector<uint16_t>(kPairs * kTriples);  // pair, triple -> board
-  std::vector<uint16_t> nonflush;  // kPairs values per board rank multiset
+  std::vector<uint16_t> nonflush;                                             // kPairs values per board rank multiset
   std::array<uint16_t, 1 << kRanks> flush_id{};  // suited board ranks -> row; 0 (all zeros) below three
-  std::vector<uint16_t> flush;     // kPairs values per set of suited board ranks
+  std::vector<uint16_t> flush;                   // kPairs values per set of suited board ranks
 };
 
 int value_of_class(int five_card_class_value) { return 7463 - five_card_class_value; }
@@ -186,7 +186,8 @@ int best_flush_of_pairs(const Tables& t, const uint16_t* row, uint32_t hole_suit
   int best = 0;
   for (uint32_t a = hole_suited; a; a &= a - 1) {
     const int x = kRanks * std::countr_zero(a);
-    for (uint32_t b = a & (a - 1); b; b &= b - 1) best = std::max<int>(best, row[t.pair_index[x + std::countr_zero(b)]]);
+    for (uint32_t b = a & (a - 1); b; b &= b - 1)
+      best = std::max<int>(best, row[t.pair_index[x + std::countr_zero(b)]]);
   }
   return best;
 }
