@@ -17,6 +17,7 @@
 
 #include "eval/sort7.h"
 #include "pokermath/eval.h"
+#include "support/check.h"
 
 namespace {
 
@@ -196,6 +197,8 @@ int PokerLogic::generate_table(CString path) {
 }
 
 int PokerLogic::LookupHand(const int* cards) const {
+  POKERMATH_EXPECTS(std::all_of(cards, cards + 7, [](int c) { return c >= 1 && c <= 52; }),
+                    "seven one-based rank-major codes 1..52");
   const uint32_t* HR = m_HR.data();
   uint32_t p = HR[53 + cards[0]];
   for (int k = 1; k < 7; ++k) p = HR[p + cards[k]];
@@ -203,6 +206,7 @@ int PokerLogic::LookupHand(const int* cards) const {
 }
 
 int PokerLogic::LookupSingleHands(const int* cards) const {
+  POKERMATH_EXPECTS(pokermath::detail::card_codes(cards, 7), "seven card codes 0..51");
   int codes[7];
   for (int i = 0; i < 7; ++i) codes[i] = pokermath::kOneBasedCodes[cards[i]];
   pokermath::detail::sort7(codes);

@@ -8,6 +8,7 @@
 #include "eval/state_machine_files.h"
 #include "fsm5_table.h"
 #include "pokermath/eval.h"
+#include "support/check.h"
 
 int* fsm5::six_plus_fsm5 = nullptr;
 int* fsm5::six_plus_fsm7 = nullptr;
@@ -133,12 +134,14 @@ bool to_short_deck(const int* cards, int n, int* codes) {
 }  // namespace
 
 int LookupFsm5(const int* cards) {
+  POKERMATH_EXPECTS(card_codes(cards, 5), "five card codes 0..51");
   int codes[5];
   for (int i = 0; i < 5; ++i) codes[i] = kRankMajorCodes[cards[i]];
   return walk(kFsm5, kDeck, codes, 5);
 }
 
 int get_rank7(const int* hole, const int* board) {
+  POKERMATH_EXPECTS(card_codes(hole, 4) && card_codes(board, 5), "four hole and five board card codes 0..51");
   int h[4], b[5];
   for (int i = 0; i < 4; ++i) h[i] = kRankMajorCodes[hole[i]];
   for (int i = 0; i < 5; ++i) b[i] = kRankMajorCodes[board[i]];
@@ -187,12 +190,15 @@ int eval_rank7_texas(const int* cards) {
     if (cards[i] < 0 || cards[i] > 51) return 0;
     codes[i] = kRankMajorCodes[cards[i]];
   }
+  POKERMATH_EXPECTS(texasfsm7::table, "\"texas-7.bin\" loaded first (load_texasfsm7)");
   return walk(texasfsm7::table, kDeck, codes, 7);
 }
 
 int eval_rank5_via_fsm5(const int* cards) {
+  POKERMATH_EXPECTS(card_codes(cards, 5), "five card codes 0..51");
   int codes[5];
   if (!to_short_deck(cards, 5, codes)) return 0;
+  POKERMATH_EXPECTS(fsm5::six_plus_fsm5, "\"six-plus-5.bin\" loaded first (fsm5::load_fsm5)");
   return walk(fsm5::six_plus_fsm5, kShortDeck, codes, 5);
 }
 
@@ -208,7 +214,9 @@ int eval_rank6_via_fsm5(const int* cards) {
 }
 
 int eval_rank7_via_fsm7(const int* cards) {
+  POKERMATH_EXPECTS(card_codes(cards, 7), "seven card codes 0..51");
   int codes[7];
   if (!to_short_deck(cards, 7, codes)) return 0;
+  POKERMATH_EXPECTS(fsm5::six_plus_fsm7, "\"six-plus-7.bin\" loaded first (fsm5::load_fsm7)");
   return walk(fsm5::six_plus_fsm7, kShortDeck, codes, 7);
 }

@@ -124,6 +124,19 @@ TEST_F(StateMachineLoader, TheApiGeneratesAndValidatesFiles) {
   }
 }
 
+TEST(StateMachineData, CheckedBuildsStopOnAnUnloadedTableOrABadCode) {
+#ifdef POKERMATH_ASSERT
+  GTEST_FLAG_SET(death_test_style, "threadsafe");
+  fsm5::Free();
+  const int cards[7] = {8, 9, 10, 11, 12, 21, 22}, bad[7] = {0, 1, 2, 3, 52, 5, 6};  // Tc Jc Qc Kc Ac ..
+  EXPECT_DEATH(eval_rank5_via_fsm5(cards), "pokermath: eval_rank5_via_fsm5 expects \"six-plus-5.bin\" loaded first");
+  EXPECT_DEATH(LookupFsm5(bad), "pokermath: LookupFsm5 expects five card codes 0..51");
+  EXPECT_DEATH(PokerLogic().LookupSingleHands(bad), "LookupSingleHands expects seven card codes 0..51");
+#else
+  GTEST_SKIP() << "precondition checks are compiled only with POKERMATH_ASSERT";
+#endif
+}
+
 TEST(StateMachineData, DataDirectoryFollowsTheEnvironment) {
   ::setenv("POKERMATH_DATA_DIR", "/tmp/pm-data", 1);
   EXPECT_EQ(pokermath::default_data_directory(), fs::path("/tmp/pm-data"));
