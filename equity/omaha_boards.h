@@ -22,7 +22,7 @@ struct Hands {
 };
 
 // Best value of each player on the complete board `board` (five card codes).
-inline void values_by_search(const Hands& hands, const int* board, int* values) {
+inline void values_on_board(const Hands& hands, const int* board, int* values) {
   for (int p = 0; p < hands.players; ++p) values[p] = eval_rank7_via_ofsm7(hands.cards + p * hands.h, hands.h, board);
 }
 
@@ -41,7 +41,7 @@ void for_each_board(const Hands& hands, const int* board, int boardCount, uint64
         if (dead >> c & 1) continue;
         full[boardCount + depth] = c;
         if (depth + 1 == missing) {
-          values_by_search(hands, full, values);
+          values_on_board(hands, full, values);
           visit(static_cast<const int*>(values), static_cast<const int*>(full));
         } else {
           self(self, depth + 1, c + 1);
@@ -49,7 +49,7 @@ void for_each_board(const Hands& hands, const int* board, int boardCount, uint64
       }
     };
     if (missing == 0) {
-      values_by_search(hands, full, values);
+      values_on_board(hands, full, values);
       visit(static_cast<const int*>(values), static_cast<const int*>(full));
     } else {
       level(level, 0, 0);

@@ -172,7 +172,7 @@ TEST(HoldemEquity, CommonEnginesUseTheTwoPlusThreeRuleAndTheirTieScoring) {
 TEST(HoldemEquity, CommonEnginesGiveTheSameAnswerAcrossEvaluators) {
   const std::vector<int> hero = cards("As Kd 9h 8h"), villain = cards("Qc Qs Jd Tc");
   int boards = 0, ms = 0;
-  // Walked through "omaha-7.bin" or searched board by board: the same answer.
+  // Walked through "omaha-7.bin" or ranked board by board without it: the same answer.
   tables_fixture::load_state_machines();
   int* machine = ofsm_omaha7::table;
   int boards_machine = 0, boards_search = 0;
