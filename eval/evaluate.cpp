@@ -1,6 +1,7 @@
 // The pokermath:: evaluation API: validated input, the class, category, best five cards and words.
 #include <algorithm>
 
+#include "eval/hand_input.h"
 #include "pokermath/eval.h"
 
 namespace pokermath {
@@ -25,9 +26,9 @@ void order_for_display(std::array<int, 5>& cards, int hand_class) {
 
 }  // namespace
 
-namespace {
+namespace detail {
 
-void check_count(std::span<const int> cards, int low, int high) {
+void check_hand(std::span<const int> cards, int low, int high) {
   const int n = static_cast<int>(cards.size());
   if (n < low || n > high) {
     const std::string range = low == high ? std::to_string(low) : std::to_string(low) + " to " + std::to_string(high);
@@ -35,6 +36,18 @@ void check_count(std::span<const int> cards, int low, int high) {
   }
   cards_to_mask(cards);  // throws for codes outside 0..51 and repeated cards
 }
+
+void check_short_deck_hand(std::span<const int> cards, int low, int high) {
+  check_hand(cards, low, high);
+  for (size_t i = 0; i < cards.size(); ++i)
+    if (short_deck_code(cards[i]) < 0)
+      throw Error("card '" + card_to_string(cards[i]) + "' at position " + std::to_string(i + 1) +
+                  " is not in the short deck (36 cards, 6 to A)");
+}
+
+}  // namespace detail
+
+namespace {
 
 std::string short_deck_category(int number, ShortDeckRules rules) {
   static constexpr const char* kNames[] = {"invalid",        "high card",       "one pair",   "two pair",
@@ -75,25 +88,21 @@ std::string_view category_name(Category category) {
 }
 
 HandEvaluation evaluate_hand(std::span<const int> cards) {
-  check_count(cards, 5, 7);
+  const int value = hand_value(cards);  // checks the cards
   const int n = static_cast<int>(cards.size());
 
+  // The best five: the first five-card subset, in the order of the loops, with the hand's value.
   HandEvaluation result;
-  result.hand_class = 9999;
+  result.hand_class = 7463 - value;
   for (int a = 0; a < n; ++a)
     for (int b = a + 1; b < n; ++b)
       for (int c = b + 1; c < n; ++c)
         for (int d = c + 1; d < n; ++d)
           for (int e = d + 1; e < n; ++e) {
             const std::array<int, 5> five = {cards[a], cards[b], cards[c], cards[d], cards[e]};
-            const int cls =
-                eval_5hand_fast(static_cast<int>(prime_word(five[0])), static_cast<int>(prime_word(five[1])),
-                                static_cast<int>(prime_word(five[2])), static_cast<int>(prime_word(five[3])),
-                                static_cast<int>(prime_word(five[4])));
-            if (cls < result.hand_class) {
-              result.hand_class = cls;
-              result.best_five = five;
-            }
+            if (hand_value(five) != value) continue;
+            result.best_five = five;
+            a = b = c = d = e = n;  // found: leave every loop
           }
   result.category = category_of_class(result.hand_class);
   order_for_display(result.best_five, result.hand_class);
@@ -109,11 +118,7 @@ HandEvaluation evaluate_hand(std::span<const int> cards) {
 
 ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules,
                                         const std::filesystem::path& data_dir, const TableProgress& progress) {
-  check_count(cards, 5, 7);
-  for (size_t i = 0; i < cards.size(); ++i)
-    if (short_deck_code(cards[i]) < 0)
-      throw Error("card '" + card_to_string(cards[i]) + "' at position " + std::to_string(i + 1) +
-                  " is not in the short deck (36 cards, 6 to A)");
+  detail::check_short_deck_hand(cards, 5, 7);
   load_table(TableFile::SixPlus5, data_dir, progress);
   load_table(TableFile::SixPlus7, data_dir, progress);
 
@@ -142,7 +147,7 @@ ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRul
 }
 
 int evaluate_deuce_to_seven(std::span<const int> cards) {
-  check_count(cards, 5, 5);
+  detail::check_hand(cards, 5, 5);
   return Lookup27Lowball(cards.data());
 }
 

@@ -2,6 +2,7 @@
 // values of the state-machine evaluators.
 #include <algorithm>
 
+#include "eval/short_deck_order.h"
 #include "eval/straight.h"
 #include "pokermath/eval.h"
 
@@ -77,9 +78,7 @@ int eval_rank_6China(const int* cards, int boardCount) {
     const int top = pokermath::detail::straight_top(ranks, n, 7, 4);
     if (top >= 7) return top + 1122;
   }
-  if (v >= 883 && v <= 1134) return v - 6;   // three of a kind drops below the straights
-  if (v >= 877 && v <= 882) return v + 252;  // straights rise above it
-  return v;
+  return pokermath::detail::china_value_of_five(v);
 }
 
 int getCombination6PlusChinaCommon(const int* hole, const int* board, int boardCount) {

@@ -397,6 +397,35 @@ bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool 
 // memory. Throws Error for SevenCardLookup (PokerLogic::generate_table loads that one) or on failure.
 void load_table(TableFile file, const std::filesystem::path& dir, const TableProgress& progress = {});
 
+// Short-deck rule sets: the standard order, and the China order where a straight beats three of
+// a kind.
+enum class ShortDeckRules { Standard, China };
+
+// ---- hand values: the fast evaluator ---------------------------------------------------------------
+// Values come from tables of about 260 KB that stay in the caches (no data file, nothing to load):
+// a seven-card hand is a sum of card keys and two table reads.
+
+// The value of 5, 6 or 7 distinct card codes: 1 (7-5-4-3-2 offsuit) .. 7462 (royal flush), LARGER is
+// stronger; the value of the best five of the cards. Throws Error for another count, a code outside
+// 0..51 or a repeated card.
+int hand_value(std::span<const int> cards);
+
+// The short-deck value (1..1404, LARGER is stronger, in the order of `rules`) of 5, 6 or 7 distinct
+// cards from six to ace. Throws Error as hand_value does, and for a card below six.
+int hand_value(std::span<const int> cards, ShortDeckRules rules);
+
+// Batch evaluation: values[i] = hand_value of hand i, over all hands of an array. Hands are rows of
+// `cards_per_hand` (5, 6 or 7) card codes, codes.size() / cards_per_hand of them, or 64-bit card masks
+// of 5 to 7 cards each. `values` must hold one int per hand. Throws Error naming the first bad hand
+// (0-based) when any is bad, or for mismatched sizes; `values` is then unspecified.
+void hand_values(std::span<const int> codes, int cards_per_hand, std::span<int> values);
+void hand_values(std::span<const uint8_t> codes, int cards_per_hand, std::span<int> values);
+void hand_values(std::span<const uint64_t> masks, std::span<int> values);
+// The same in the short deck.
+void hand_values(std::span<const int> codes, int cards_per_hand, std::span<int> values, ShortDeckRules rules);
+void hand_values(std::span<const uint8_t> codes, int cards_per_hand, std::span<int> values, ShortDeckRules rules);
+void hand_values(std::span<const uint64_t> masks, std::span<int> values, ShortDeckRules rules);
+
 // A hand of five to seven cards, evaluated.
 struct HandEvaluation {
   int hand_class = 0;  // five-card class 1..7462, SMALLER is stronger
@@ -408,10 +437,6 @@ struct HandEvaluation {
 // Evaluates 5, 6 or 7 distinct card codes. Throws Error for another count, a code outside 0..51
 // or a repeated card.
 HandEvaluation evaluate_hand(std::span<const int> cards);
-
-// Short-deck rule sets: the standard order, and the China order where a straight beats three of
-// a kind.
-enum class ShortDeckRules { Standard, China };
 
 // A short-deck hand of five to seven cards, evaluated.
 struct ShortDeckEvaluation {

@@ -1,0 +1,232 @@
+// hand_value and hand_values: the fast evaluator behind validated calls, one hand or arrays of them.
+//
+// The checks cost little: the codes are compared with the deck in two overlapping 4-lane compares
+// before they index a table, and repeated cards are found by counting the bits of the card mask the
+// value needs anyway. A bad hand gives a flag; the error is built afterwards by the plain checks,
+// which name the fault. The hot functions are compiled twice on x86-64, for x86-64-v3 (one popcnt
+// instruction) and for the baseline, and the loader picks one by the CPU.
+#include <emmintrin.h>
+
+#include <algorithm>
+#include <bit>
+#include <string>
+#include <type_traits>
+
+#include "eval/hand_input.h"
+#include "eval/hand_key.h"
+#include "pokermath/eval.h"
+#include "support/target.h"
+
+namespace pokermath {
+
+namespace {
+
+using detail::Ranking;
+
+constexpr std::array<uint64_t, 52> kCardBits = [] {
+  std::array<uint64_t, 52> bits{};
+  for (int c = 0; c < 52; ++c) bits[c] = uint64_t{1} << c;
+  return bits;
+}();
+
+// The cards below six: ranks 2..5 of every suit.
+constexpr uint64_t kBelowSix = uint64_t{0xF} | uint64_t{0xF} << 13 | uint64_t{0xF} << 26 | uint64_t{0xF} << 39;
+
+// True when all N (4..8) codes are card codes 0..51.
+template <int N, typename Code>
+[[gnu::always_inline]] inline bool codes_in_deck(const Code* cards) {
+  static_assert(N >= 4 && N <= 8);
+  if constexpr (std::is_same_v<Code, int>) {
+    // Codes 0..3 and N-4..N-1 in two vectors: any lane above 51 or below 0 is out.
+    const __m128i a = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cards));
+    const __m128i b = _mm_loadu_si128(reinterpret_cast<const __m128i*>(cards + N - 4));
+    const __m128i high = _mm_set1_epi32(51), zero = _mm_setzero_si128();
+    const __m128i out = _mm_or_si128(_mm_or_si128(_mm_cmpgt_epi32(a, high), _mm_cmpgt_epi32(zero, a)),
+                                     _mm_or_si128(_mm_cmpgt_epi32(b, high), _mm_cmpgt_epi32(zero, b)));
+    return _mm_movemask_epi8(out) == 0;
+  } else {
+    bool out = false;
+    for (int i = 0; i < N; ++i) out |= cards[i] >= 52;
+    return !out;
+  }
+}
+
+// The value of N card codes; `bad` is set (never cleared) when they are not a valid hand.
+template <Ranking R, int N, typename Code>
+[[gnu::always_inline]] inline int checked_value(const Code* cards, bool& bad) {
+  if (!codes_in_deck<N>(cards)) [[unlikely]] {
+    bad = true;
+    return 0;
+  }
+  uint64_t key = detail::kKeyStart, mask = 0;
+  for (int i = 0; i < N; ++i) {
+    key += detail::kCardKeys[cards[i]];
+    mask |= kCardBits[cards[i]];
+  }
+  bad |= std::popcount(mask) != N;  // a repeated card sets one bit for two cards
+  if constexpr (R != Ranking::Holdem) bad |= (mask & kBelowSix) != 0;
+  return detail::hand_value_of<R, N>(key, mask);
+}
+
+// The value of a hand given as a card mask; `bad` as above.
+template <Ranking R>
+[[gnu::always_inline]] inline int mask_value(uint64_t mask, bool& bad) {
+  const uint32_t suits[4] = {static_cast<uint32_t>(mask) & 0x1FFF, static_cast<uint32_t>(mask >> 13) & 0x1FFF,
+                             static_cast<uint32_t>(mask >> 26) & 0x1FFF, static_cast<uint32_t>(mask >> 39) & 0x1FFF};
+  const int n = std::popcount(mask);
+  bad |= (mask >> 52) != 0 || n < 5 || n > 7;
+  if constexpr (R != Ranking::Holdem) bad |= (mask & kBelowSix) != 0;
+  for (uint32_t s : suits)
+    if (std::popcount(s) >= 5) return detail::flush_value<R>(s);
+  const uint32_t sum = detail::kRankSetSums[suits[0]] + detail::kRankSetSums[suits[1]] +
+                       detail::kRankSetSums[suits[2]] + detail::kRankSetSums[suits[3]];
+  switch (n) {
+    case 5: return detail::rank_value<R, 5>(sum);
+    case 6: return detail::rank_value<R, 6>(sum);
+    default: return detail::rank_value<R, 7>(sum);
+  }
+}
+
+// Throws the plain checks' error for a bad hand.
+[[gnu::noinline]] void check_cards(std::span<const int> cards, Ranking ranking) {
+  if (ranking == Ranking::Holdem)
+    detail::check_hand(cards, 5, 7);
+  else
+    detail::check_short_deck_hand(cards, 5, 7);
+}
+
+template <Ranking R>
+[[gnu::always_inline]] inline int one_hand(std::span<const int> cards) {
+  bool bad = false;
+  int value = 0;
+  switch (cards.size()) {
+    case 5: value = checked_value<R, 5>(cards.data(), bad); break;
+    case 6: value = checked_value<R, 6>(cards.data(), bad); break;
+    case 7: value = checked_value<R, 7>(cards.data(), bad); break;
+    default: bad = true;
+  }
+  if (bad) [[unlikely]]
+    check_cards(cards, R);
+  return value;
+}
+
+// Throws the error of the first bad hand of a batch, named by its index.
+template <typename Code>
+[[noreturn, gnu::noinline]] void bad_batch(std::span<const Code> codes, size_t n, Ranking ranking) {
+  for (size_t h = 0; h * n < codes.size(); ++h) {
+    const std::vector<int> cards(codes.begin() + static_cast<ptrdiff_t>(h * n),
+                                 codes.begin() + static_cast<ptrdiff_t>((h + 1) * n));
+    try {
+      check_cards(cards, ranking);
+    } catch (const Error& e) {
+      throw Error("hand " + std::to_string(h) + ": " + e.what());
+    }
+  }
+  throw Error("bad hand");  // not reached: the fast pass and the checks agree
+}
+
+[[noreturn, gnu::noinline]] void bad_mask_batch(std::span<const uint64_t> masks, Ranking ranking) {
+  for (size_t h = 0; h < masks.size(); ++h) {
+    const uint64_t mask = masks[h];
+    std::string fault;
+    if (mask >> 52) {
+      fault = "the mask has bits above card 51";
+    } else {
+      std::vector<int> cards;
+      Int64ToVec(mask, cards);
+      try {
+        check_cards(cards, ranking);
+      } catch (const Error& e) {
+        fault = e.what();
+      }
+    }
+    if (!fault.empty()) throw Error("hand " + std::to_string(h) + ": " + fault);
+  }
+  throw Error("bad hand");  // not reached
+}
+
+[[gnu::noinline]] void check_sizes(size_t codes, int cards_per_hand, size_t values) {
+  if (cards_per_hand < 5 || cards_per_hand > 7)
+    throw Error("cards per hand must be 5, 6 or 7, got " + std::to_string(cards_per_hand));
+  const size_t n = static_cast<size_t>(cards_per_hand);
+  if (codes % n != 0) throw Error(std::to_string(codes) + " card codes are not whole hands of " + std::to_string(n));
+  if (values != codes / n)
+    throw Error("room for " + std::to_string(values) + " values, but " + std::to_string(codes / n) + " hands");
+}
+
+// The batch loop: hands are independent, so the processor overlaps the table reads of several.
+template <Ranking R, int N, typename Code>
+[[gnu::always_inline]] inline bool batch(const Code* codes, size_t hands, int* values) {
+  bool bad = false;
+  for (size_t h = 0; h < hands; ++h) values[h] = checked_value<R, N>(codes + h * N, bad);
+  return !bad;
+}
+
+template <Ranking R, typename Code>
+[[gnu::always_inline]] inline void code_batch(std::span<const Code> codes, int n, std::span<int> values) {
+  check_sizes(codes.size(), n, values.size());
+  const size_t hands = values.size();
+  const bool ok = n == 5   ? batch<R, 5>(codes.data(), hands, values.data())
+                  : n == 6 ? batch<R, 6>(codes.data(), hands, values.data())
+                           : batch<R, 7>(codes.data(), hands, values.data());
+  if (!ok) bad_batch(codes, static_cast<size_t>(n), R);
+}
+
+template <typename Code>
+[[gnu::always_inline]] inline void code_batch(std::span<const Code> codes, int n, std::span<int> values,
+                                              ShortDeckRules rules) {
+  if (rules == ShortDeckRules::China)
+    code_batch<Ranking::China>(codes, n, values);
+  else
+    code_batch<Ranking::ShortDeck>(codes, n, values);
+}
+
+template <Ranking R>
+[[gnu::always_inline]] inline void mask_batch(std::span<const uint64_t> masks, std::span<int> values) {
+  if (values.size() != masks.size())
+    throw Error("room for " + std::to_string(values.size()) + " values, but " + std::to_string(masks.size()) +
+                " hands");
+  bool bad = false;
+  for (size_t h = 0; h < masks.size(); ++h) values[h] = mask_value<R>(masks[h], bad);
+  if (bad) bad_mask_batch(masks, R);
+}
+
+}  // namespace
+
+POKERMATH_CLONES
+int hand_value(std::span<const int> cards) { return one_hand<Ranking::Holdem>(cards); }
+
+POKERMATH_CLONES
+int hand_value(std::span<const int> cards, ShortDeckRules rules) {
+  return rules == ShortDeckRules::China ? one_hand<Ranking::China>(cards) : one_hand<Ranking::ShortDeck>(cards);
+}
+
+POKERMATH_CLONES
+void hand_values(std::span<const int> codes, int cards_per_hand, std::span<int> values) {
+  code_batch<Ranking::Holdem>(codes, cards_per_hand, values);
+}
+POKERMATH_CLONES
+void hand_values(std::span<const uint8_t> codes, int cards_per_hand, std::span<int> values) {
+  code_batch<Ranking::Holdem>(codes, cards_per_hand, values);
+}
+POKERMATH_CLONES
+void hand_values(std::span<const uint64_t> masks, std::span<int> values) {
+  mask_batch<Ranking::Holdem>(masks, values);
+}
+POKERMATH_CLONES
+void hand_values(std::span<const int> codes, int cards_per_hand, std::span<int> values, ShortDeckRules rules) {
+  code_batch(codes, cards_per_hand, values, rules);
+}
+POKERMATH_CLONES
+void hand_values(std::span<const uint8_t> codes, int cards_per_hand, std::span<int> values, ShortDeckRules rules) {
+  code_batch(codes, cards_per_hand, values, rules);
+}
+POKERMATH_CLONES
+void hand_values(std::span<const uint64_t> masks, std::span<int> values, ShortDeckRules rules) {
+  if (rules == ShortDeckRules::China)
+    mask_batch<Ranking::China>(masks, values);
+  else
+    mask_batch<Ranking::ShortDeck>(masks, values);
+}
+
+}  // namespace pokermath
