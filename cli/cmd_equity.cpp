@@ -21,6 +21,8 @@ struct EquityOptions {
   int64_t trials = 1000000;
   uint64_t seed = 1;
   int time_ms = 0;
+  double target_std_error = 0;
+  int threads = 0;
 };
 
 std::string percent(double fraction) {
@@ -114,13 +116,19 @@ void run_equity(const EquityOptions& o) {
   }
   request.board = parse_cards(o.board);
   request.dead = parse_cards(o.dead);
-  request.method = o.exact ? EquityMethod::Exact : o.monte_carlo ? EquityMethod::MonteCarlo : EquityMethod::Auto;
+  const bool sample = o.monte_carlo || o.target_std_error > 0;
+  request.method = o.exact ? EquityMethod::Exact : sample ? EquityMethod::MonteCarlo : EquityMethod::Auto;
   if (o.trials < 1) throw Error("--trials must be at least 1");
+  if (o.time_ms < 0) throw Error("--time-ms cannot be negative");
+  if (o.threads < 0) throw Error("--threads cannot be negative");
   request.trials = o.trials;
   request.seed = o.seed;
   request.time_ms = o.time_ms;
+  request.target_std_error = o.target_std_error;
+  request.threads = o.threads;
   if (!o.data_dir.empty()) request.data_dir = o.data_dir;
   request.progress = stderr_progress();
+  if (!o.json) request.on_progress = stderr_work_progress("equity");
   const EquityResult result = compute_equity(request);
   if (o.json)
     print_json(o, request, result);
@@ -140,13 +148,17 @@ void add_equity_command(CLI::App& app) {
       "low are the shares of the pot won with the high and with the low hand (equity = high + low), and\n"
       "scoop the share of deals in which the player takes the whole pot.\n\n"
       "By default the answer is exact when that takes about a second at most, otherwise Monte Carlo;\n"
-      "the output says which. Heads-up Hold'em pre-flop questions are answered from the pre-flop table\n"
-      "when 'pokermath tables --preflop' has built it.\n\n"
+      "the output says which. Exact answers count every deal; Monte Carlo samples deals with a seed and\n"
+      "reports standard errors, stopping at --trials, --time-ms or --target-stderr, whichever comes\n"
+      "first. Both give the same numbers on any number of threads. Heads-up Hold'em pre-flop questions\n"
+      "too large to count on the spot are answered from the pre-flop table when 'pokermath tables\n"
+      "--preflop' has built it.\n\n"
       "Examples:\n"
       "  pokermath equity AsKs QhQd\n"
       "  pokermath equity AsKs \"QQ+,AKs,A5s-A2s\"\n"
       "  pokermath equity AhKh random --board Qh7h2c\n"
       "  pokermath equity AsAd --players 4 --monte-carlo --trials 200000 --seed 7\n"
+      "  pokermath equity AsKs QhQd JcTc 9s9h 8d7d 6c5c --target-stderr 0.0005\n"
       "  pokermath equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c\n"
       "  pokermath equity --game omaha-hilo As2s3hKd random");
   equity->add_option("players", o->players, "Two or more hands, ranges or 'random'")->required();
@@ -159,8 +171,14 @@ void add_equity_command(CLI::App& app) {
   auto* mc = equity->add_flag("--monte-carlo", o->monte_carlo, "Sample random deals");
   exact->excludes(mc);
   equity->add_option("--trials", o->trials, "Monte Carlo: the most trials (default 1000000)");
+  auto* target = equity->add_option("--target-stderr", o->target_std_error,
+                                    "Monte Carlo (implied): stop once every standard error is at most this, e.g. "
+                                    "0.001 for 0.1 %")
+                     ->check(CLI::PositiveNumber);
+  target->excludes(exact);
   equity->add_option("--seed", o->seed, "Monte Carlo: the random seed; the same seed, the same result (default 1)");
   equity->add_option("--time-ms", o->time_ms, "Monte Carlo: stop after this many milliseconds");
+  equity->add_option("--threads", o->threads, "Threads to use (default: every core); the result does not change");
   equity->add_option("--data-dir", o->data_dir, "Where the tables are kept (default: the data directory)");
   equity->add_flag("--json", o->json, "Print one JSON object");
   equity->callback([o] { run_equity(*o); });

@@ -28,6 +28,7 @@ Examples:
   pokermath range QQ+,AKs,AKo
   pokermath range --top 10
   pokermath omaha best AsKs7d2c QsJsTs3h2d
+  pokermath bench
 
 Bad input prints one line on stderr and exits with code 2.)";
 
@@ -46,6 +47,7 @@ int main(int argc, char** argv) {
   pokermath::cli::add_history_command(app);
   pokermath::cli::add_range_command(app);
   pokermath::cli::add_omaha_command(app);
+  pokermath::cli::add_bench_command(app);
 
   if (argc == 1) {
     std::cerr << app.help();

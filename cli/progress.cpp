@@ -2,6 +2,7 @@
 
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <memory>
 #include <string>
@@ -23,6 +24,30 @@ TableProgress stderr_progress() {
       std::fprintf(stderr, "%s\n", head.c_str());
       state->last_line = head;
     }
+    std::fflush(stderr);
+  };
+}
+
+WorkProgress stderr_work_progress(std::string label) {
+  struct State {
+    std::chrono::steady_clock::time_point start = std::chrono::steady_clock::now();
+    int shown = -1;  // the last percentage written
+    bool terminal = ::isatty(STDERR_FILENO) != 0;
+  };
+  auto state = std::make_shared<State>();
+  return [state, label = std::move(label)](double fraction) {
+    if (std::chrono::steady_clock::now() - state->start < std::chrono::seconds(1)) return;
+    const int percent = static_cast<int>(fraction * 100);
+    // On a terminal one line rewritten in place; in a log a line every 10%.
+    if (state->terminal) {
+      if (percent == state->shown) return;
+      std::fprintf(stderr, "\rpokermath: %s %3d%%\033[K", label.c_str(), percent);
+      if (fraction >= 1.0) std::fputc('\n', stderr);
+    } else {
+      if (percent / 10 == state->shown / 10) return;
+      std::fprintf(stderr, "pokermath: %s %d%%\n", label.c_str(), percent / 10 * 10);
+    }
+    state->shown = percent;
     std::fflush(stderr);
   };
 }

@@ -67,33 +67,4 @@ HeadsUpCounts heads_up_counts(const uint32_t* HR, const int* hero, const int* vi
                  : heads_up<false>(HR, hero, villain, board, boardCount, dead_cards);
 }
 
-void add_multiway_counts(const uint32_t* HR, const std::array<int, 2>* hands, int players, const int* board,
-                         int boardCount, uint64_t dead_cards, MultiwayCounts& counts) {
-  counts.wins.resize(players);
-  counts.ties.resize(players);
-  counts.share_units.resize(players);
-  const uint32_t given = table_state(HR, board, boardCount);
-  uint32_t states[kMaxWalkPlayers];
-  uint64_t dead = one_based_mask(board, boardCount);
-  for (int c = 0; c < 52; ++c)
-    if (dead_cards >> c & 1) dead |= uint64_t{1} << pokermath::one_based_code(c);
-  for (int p = 0; p < players; ++p) {
-    states[p] = given;
-    for (int i = 0; i < 2; ++i)
-      states[p] = HR[states[p] + static_cast<uint32_t>(pokermath::one_based_code(hands[p][i]))];
-    dead |= one_based_mask(hands[p].data(), 2);
-  }
-  walk_seven_card_table(HR, states, players, dead, 5 - boardCount, [&](const uint32_t* values) {
-    const uint32_t best = *std::max_element(values, values + players);
-    int k = 0;
-    for (int p = 0; p < players; ++p) k += values[p] == best;
-    for (int p = 0; p < players; ++p) {
-      if (values[p] != best) continue;
-      (k == 1 ? counts.wins : counts.ties)[p] += 1;
-      counts.share_units[p] += kShareUnit / k;
-    }
-    ++counts.boards;
-  });
-}
-
 }  // namespace pokermath::detail

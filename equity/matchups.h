@@ -5,6 +5,8 @@
 #include <algorithm>
 #include <array>
 #include <cstdint>
+#include <initializer_list>
+#include <vector>
 
 namespace pokermath::detail {
 
@@ -31,6 +33,28 @@ inline uint32_t matchup_class(const int* hero, const int* villain) {
     best = std::min(best, key);
   }
   return best;
+}
+
+using SuitPermutation = std::array<int, 4>;
+
+// The card a suit permutation maps `card` to.
+inline int permute_card(int card, const SuitPermutation& perm) { return 13 * perm[card / 13] + card % 13; }
+
+// The image of a set of cards under a suit permutation: each suit's 13 bits move to their new suit.
+inline uint64_t permute_mask(uint64_t mask, const SuitPermutation& perm) {
+  uint64_t image = 0;
+  for (int s = 0; s < 4; ++s) image |= (mask >> (13 * s) & 0x1FFF) << (13 * perm[s]);
+  return image;
+}
+
+// The permutations of suits that map each of the sets of cards in `masks` onto itself (the identity
+// first).
+inline std::vector<SuitPermutation> suit_permutations_fixing(std::initializer_list<uint64_t> masks) {
+  std::vector<SuitPermutation> out;
+  for (const SuitPermutation& perm : kSuitPermutations)
+    if (std::all_of(masks.begin(), masks.end(), [&](uint64_t m) { return permute_mask(m, perm) == m; }))
+      out.push_back(perm);
+  return out;
 }
 
 }  // namespace pokermath::detail

@@ -7,12 +7,12 @@
 #include <algorithm>
 #include <cstdint>
 
+#include "equity/engine.h"
 #include "pokermath/omaha.h"
 
 namespace pokermath::detail {
 
 inline constexpr int kMaxHole = 6;
-inline constexpr int kMaxPlayers = 10;
 
 // Each player's hole cards, one after another.
 struct Hands {

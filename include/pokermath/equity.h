@@ -10,6 +10,8 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
+#include <stop_token>
 
 #include "pokermath/eval.h"
 #include "pokermath/omaha.h"
@@ -56,9 +58,19 @@ enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo };
 // "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"; throws Error for another name.
 EquityGame equity_game_from_name(std::string_view name);
 
+// Reports a long computation: the fraction done, 0..1, rising. Called on the thread that called
+// compute_equity, between pieces of work (about every 50 ms on long work, and 1 at the end).
+using WorkProgress = std::function<void(double fraction)>;
+
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
 // parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random".
 // Cards on the board and dead cards belong to nobody.
+//
+// Exact answers count every deal, grouping deals that are equal up to a permutation of suits;
+// Monte Carlo answers sample deals in fixed chunks of trials, each chunk with its own random
+// stream derived from the seed, summed in chunk order. Both use `threads` threads, and both give
+// the same numbers for the same request on any number of threads (a time limit aside: where it
+// stops depends on the machine).
 struct EquityRequest {
   EquityGame game = EquityGame::Holdem;
   std::vector<std::string> players;  // two or more (at most 10)
@@ -68,8 +80,14 @@ struct EquityRequest {
   int64_t trials = 1000000;        // Monte Carlo: the most trials
   uint64_t seed = 1;               // Monte Carlo: the same seed gives the same result
   int time_ms = 0;                 // Monte Carlo: stop after this many milliseconds (0: no limit)
+  double target_std_error = 0;     // Monte Carlo: stop once every player's standard error of equity is
+                                   // at most this (0: no target); checked after 4,096 trials, then at
+                                   // doubling counts
+  int threads = 0;                 // threads to use (0: every core)
   std::filesystem::path data_dir;  // where the tables live (empty: default_data_directory())
   TableProgress progress;          // reports table generation on first use
+  WorkProgress on_progress;        // reports the computation
+  std::stop_token stop;            // a stop request ends the computation: compute_equity throws Cancelled
 };
 
 // A player's result. Win: the share of deals the player wins alone; tie: the share the player
@@ -94,8 +112,11 @@ struct EquityResult {
 };
 
 // Computes the equity of every player. Throws Error for a bad hand or range (naming it), a card
-// used twice among hands, board and dead cards, a range left empty by the known cards, fewer than
-// two or more than ten players, more players than the deck allows, or a board of 1, 2 or 6+ cards.
+// used twice among hands, board and dead cards, a range left empty by the known cards, players whose
+// ranges can never be dealt together, fewer than two or more than ten players, more players than the
+// deck allows, a board of 1, 2 or 6+ cards, a bad number (trials below 1, a negative time limit,
+// standard error or thread count), or an exact request too large to count. Throws Cancelled when
+// `stop` is requested.
 EquityResult compute_equity(const EquityRequest& request);
 
 // The pre-flop equity table of all 1,624,350 ordered two-card matchups, computed exactly (each of

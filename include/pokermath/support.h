@@ -40,6 +40,12 @@ class Error : public std::invalid_argument {
   using std::invalid_argument::invalid_argument;
 };
 
+// Thrown by a long computation that was asked to stop (a stop_token of its request).
+class Cancelled : public std::runtime_error {
+ public:
+  Cancelled() : std::runtime_error("cancelled") {}
+};
+
 // The library version, "major.minor.patch".
 std::string_view version();
 

@@ -1,0 +1,143 @@
+// The workloads we compare with other evaluators and equity calculators, through the pokermath::
+// API: evaluation of 10 million random hands one at a time and in batches, and exact and Monte Carlo
+// equities on one thread and on two. No pre-flop table is read (the data directory is empty).
+#include <benchmark/benchmark.h>
+
+#include <filesystem>
+#include <random>
+#include <vector>
+
+#include "pokermath/pokermath.h"
+
+namespace {
+
+constexpr int kHands = 10'000'000;
+
+// Card codes of kHands random hands of n cards (in random order), generated before timing.
+const std::vector<int>& random_hands(int n) {
+  static std::vector<int> hands[8];
+  std::vector<int>& codes = hands[n];
+  if (codes.empty()) {
+    std::mt19937_64 engine(2026);
+    codes.reserve(static_cast<size_t>(kHands) * n);
+    for (int h = 0; h < kHands; ++h) {
+      uint64_t used = 0;
+      for (int i = 0; i < n;) {
+        const int c = static_cast<int>(engine() % 52);
+        if (used >> c & 1) continue;
+        used |= uint64_t{1} << c;
+        codes.push_back(c);
+        ++i;
+      }
+    }
+  }
+  return codes;
+}
+
+void BM_hand_value(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<int>& codes = random_hands(n);
+  for (auto _ : state) {
+    int64_t sum = 0;
+    for (size_t i = 0; i < codes.size(); i += n) sum += pokermath::hand_value(std::span(&codes[i], n));
+    benchmark::DoNotOptimize(sum);
+  }
+  state.SetItemsProcessed(state.iterations() * kHands);
+}
+BENCHMARK(BM_hand_value)->Arg(5)->Arg(7)->Unit(benchmark::kMillisecond);
+
+void BM_hand_values_codes(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<int>& codes = random_hands(n);
+  std::vector<int> values(kHands);
+  for (auto _ : state) {
+    pokermath::hand_values(codes, n, values);
+    benchmark::DoNotOptimize(values.data());
+  }
+  state.SetItemsProcessed(state.iterations() * kHands);
+}
+BENCHMARK(BM_hand_values_codes)->Arg(5)->Arg(7)->Unit(benchmark::kMillisecond);
+
+void BM_hand_values_bytes(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<uint8_t> codes(random_hands(n).begin(), random_hands(n).end());
+  std::vector<int> values(kHands);
+  for (auto _ : state) {
+    pokermath::hand_values(codes, n, values);
+    benchmark::DoNotOptimize(values.data());
+  }
+  state.SetItemsProcessed(state.iterations() * kHands);
+}
+BENCHMARK(BM_hand_values_bytes)->Arg(5)->Arg(7)->Unit(benchmark::kMillisecond);
+
+void BM_hand_values_masks(benchmark::State& state) {
+  const int n = static_cast<int>(state.range(0));
+  const std::vector<int>& codes = random_hands(n);
+  std::vector<uint64_t> masks(kHands);
+  for (size_t h = 0; h < masks.size(); ++h)
+    for (int i = 0; i < n; ++i) masks[h] |= uint64_t{1} << codes[h * n + i];
+  std::vector<int> values(kHands);
+  for (auto _ : state) {
+    pokermath::hand_values(masks, values);
+    benchmark::DoNotOptimize(values.data());
+  }
+  state.SetItemsProcessed(state.iterations() * kHands);
+}
+BENCHMARK(BM_hand_values_masks)->Arg(5)->Arg(7)->Unit(benchmark::kMillisecond);
+
+// ---- equity ---------------------------------------------------------------------------------------
+
+pokermath::EquityRequest request(std::vector<std::string> players, const char* board, int threads) {
+  static const std::filesystem::path empty = [] {
+    const auto dir = std::filesystem::temp_directory_path() / "pokermath_bench_no_tables";
+    std::filesystem::create_directories(dir);
+    return dir;
+  }();
+  pokermath::EquityRequest r;
+  r.players = std::move(players);
+  r.board = pokermath::parse_cards(board);
+  r.method = pokermath::EquityMethod::Exact;
+  r.threads = threads;
+  r.data_dir = empty;
+  return r;
+}
+
+// Exact equity; the benchmark's argument is the thread count.
+void exact(benchmark::State& state, std::vector<std::string> players, const char* board) {
+  const pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
+  double equity = 0;
+  for (auto _ : state) {
+    equity = pokermath::compute_equity(r).players[0].equity;
+    benchmark::DoNotOptimize(equity);
+  }
+  state.counters["equity"] = equity;
+}
+BENCHMARK_CAPTURE(exact, AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "")
+    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(exact, AsKs_random, std::vector<std::string>{"AsKs", "random"}, "")
+    ->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(exact, AsKs_range, std::vector<std::string>{"AsKs", "QQ+,AKs,AKo"}, "")
+    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(exact, AA_KK_range, std::vector<std::string>{"AA,KK", "QQ+,AK"}, "")
+    ->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(exact, three_way, std::vector<std::string>{"AsKs", "QhQd", "JcTc"}, "")
+    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+BENCHMARK_CAPTURE(exact, flop, std::vector<std::string>{"AhKh", "QsQd"}, "Qh7h2c")
+    ->Arg(1)->Unit(benchmark::kMicrosecond)->UseRealTime();
+
+// Monte Carlo, four players, one million trials; items are trials.
+void BM_monte_carlo_4way(benchmark::State& state) {
+  pokermath::EquityRequest r = request({"AsKs", "QhQd", "JcTc", "9s9h"}, "", static_cast<int>(state.range(0)));
+  r.method = pokermath::EquityMethod::MonteCarlo;
+  r.trials = 1'000'000;
+  double equity = 0;
+  for (auto _ : state) {
+    equity = pokermath::compute_equity(r).players[0].equity;
+    benchmark::DoNotOptimize(equity);
+  }
+  state.SetItemsProcessed(state.iterations() * r.trials);
+  state.counters["equity"] = equity;
+}
+BENCHMARK(BM_monte_carlo_4way)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+}  // namespace

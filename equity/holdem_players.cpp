@@ -1,0 +1,139 @@
+#include "equity/holdem_players.h"
+
+#include <algorithm>
+#include <set>
+#include <unordered_map>
+#include <unordered_set>
+
+#include "equity/requests.h"
+
+namespace pokermath::detail {
+
+std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint64_t& known, uint64_t deck) {
+  const size_t n = request.players.size();
+  std::vector<HoldemPlayer> players(n);
+  // Given hands first: their cards are known to everybody else.
+  for (size_t i = 0; i < n; ++i) {
+    HoldemPlayer& p = players[i];
+    p.text = request.players[i];
+    std::vector<int> cards;
+    try {
+      cards = parse_cards(p.text);
+    } catch (const Error&) {
+      continue;  // not a hand: a range or "random"
+    }
+    if (cards.size() != 2) throw Error(ordinal(i) + ": a Hold'em hand is two cards, got '" + p.text + "'");
+    for (int c : cards) {
+      if (known >> c & 1) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is already in play");
+      if (!(deck >> c & 1)) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is not in the deck");
+      known |= uint64_t{1} << c;
+    }
+    p.combos = {Combo{{cards[0], cards[1]}, uint64_t{1} << cards[0] | uint64_t{1} << cards[1]}};
+    p.fixed = true;
+  }
+  for (size_t i = 0; i < n; ++i) {
+    HoldemPlayer& p = players[i];
+    if (p.fixed) continue;
+    Spec range;
+    if (is_random(p.text)) {
+      range.MakeRandom();
+      p.random = true;
+    } else {
+      try {
+        range = parse_range(p.text);
+      } catch (const Error& e) {
+        throw Error(ordinal(i) + ": " + e.what());
+      }
+    }
+    std::set<std::pair<int, int>> seen;
+    for (const auto& [a, b] : range.m_hands) {
+      const uint64_t mask = uint64_t{1} << a | uint64_t{1} << b;
+      if ((known & mask) || (deck & mask) != mask) continue;
+      if (seen.insert({std::min(a, b), std::max(a, b)}).second) p.combos.push_back({{a, b}, mask});
+    }
+    if (p.combos.empty())
+      throw Error(ordinal(i) + ": the range '" + p.text + "' has no hand left once the known cards are removed");
+  }
+  return players;
+}
+
+bool dealable(const std::vector<HoldemPlayer>& players) {
+  // Given hands never collide (they were checked as they were read), and every other player's hands
+  // avoid them: with one player left to choose, any of its hands will do.
+  if (std::count_if(players.begin(), players.end(), [](const HoldemPlayer& p) { return !p.fixed; }) <= 1) return true;
+  // A depth-first search for one tuple, remembering the (player, cards used) states that failed:
+  // many ways of dealing the first players leave the same cards, and each is tried once.
+  std::vector<std::unordered_set<uint64_t>> failed(players.size());
+  auto level = [&](auto& self, size_t i, uint64_t used) -> bool {
+    if (i == players.size()) return true;
+    if (failed[i].count(used)) return false;
+    for (const Combo& c : players[i].combos)
+      if (!(used & c.mask) && self(self, i + 1, used | c.mask)) return true;
+    failed[i].insert(used);
+    return false;
+  };
+  return level(level, 0, 0);
+}
+
+double tuple_bound(const std::vector<HoldemPlayer>& players) {
+  double bound = 1;
+  for (const HoldemPlayer& p : players) bound *= static_cast<double>(p.combos.size());
+  return bound;
+}
+
+namespace {
+
+using Key = unsigned __int128;
+
+struct KeyHash {
+  size_t operator()(Key k) const {
+    const uint64_t lo = static_cast<uint64_t>(k), hi = static_cast<uint64_t>(k >> 64);
+    return std::hash<uint64_t>()(lo * 0x9E3779B97F4A7C15ull ^ hi);
+  }
+};
+
+}  // namespace
+
+std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
+                                      const std::vector<SuitPermutation>& perms) {
+  const size_t n = players.size();
+  std::vector<TupleClass> classes;
+  if (tuple_bound(players) == 1) {  // given hands only: one tuple
+    classes.push_back({{}, 1});
+    for (size_t p = 0; p < n; ++p) classes[0].holes[p] = players[p].combos[0].cards;
+    return classes;
+  }
+  std::unordered_map<Key, size_t, KeyHash> index;
+  std::array<std::array<int, 2>, kMaxPlayers> holes{};
+  // The class key: the smallest, over the permutations, of the tuple's hands (each sorted) packed
+  // twelve bits a hand, the first player lowest.
+  auto key_of = [&] {
+    Key best = ~Key{0};
+    for (const SuitPermutation& perm : perms) {
+      Key key = 0;
+      for (size_t p = n; p-- > 0;) {
+        const int a = permute_card(holes[p][0], perm), b = permute_card(holes[p][1], perm);
+        key = key << 12 | static_cast<Key>(std::min(a, b) * 52 + std::max(a, b));
+      }
+      best = std::min(best, key);
+    }
+    return best;
+  };
+  auto level = [&](auto& self, size_t i, uint64_t used) -> void {
+    if (i == n) {
+      const auto [it, added] = index.emplace(key_of(), classes.size());
+      if (added) classes.push_back({holes, 0});
+      ++classes[it->second].tuples;
+      return;
+    }
+    for (const Combo& c : players[i].combos) {
+      if (used & c.mask) continue;
+      holes[i] = c.cards;
+      self(self, i + 1, used | c.mask);
+    }
+  };
+  level(level, 0, 0);
+  return classes;
+}
+
+}  // namespace pokermath::detail
