@@ -12,6 +12,7 @@
 #include <string>
 #include <type_traits>
 
+#include "eval/hand_batch.h"
 #include "eval/hand_input.h"
 #include "eval/hand_key.h"
 #include "pokermath/eval.h"
@@ -63,8 +64,13 @@ template <Ranking R, int N, typename Code>
     key += detail::kCardKeys[cards[i]];
     mask |= kCardBits[cards[i]];
   }
-  bad |= std::popcount(mask) != N;  // a repeated card sets one bit for two cards
-  if constexpr (R != Ranking::Holdem) bad |= (mask & kBelowSix) != 0;
+  // A repeated card sets one bit for two cards. A bad hand is not looked up: its ranks may not be a
+  // hand's (five aces), whose key sum the perfect hash does not cover.
+  const bool ok = std::popcount(mask) == N && (R == Ranking::Holdem || (mask & kBelowSix) == 0);
+  if (!ok) [[unlikely]] {
+    bad = true;
+    return 0;
+  }
   return detail::hand_value_of<R, N>(key, mask);
 }
 
@@ -166,9 +172,15 @@ template <Ranking R, typename Code>
 [[gnu::always_inline]] inline void code_batch(std::span<const Code> codes, int n, std::span<int> values) {
   check_sizes(codes.size(), n, values.size());
   const size_t hands = values.size();
-  const bool ok = n == 5   ? batch<R, 5>(codes.data(), hands, values.data())
-                  : n == 6 ? batch<R, 6>(codes.data(), hands, values.data())
-                           : batch<R, 7>(codes.data(), hands, values.data());
+  bool ok;
+  if (detail::wide_batch_available())
+    ok = n == 5   ? detail::wide_batch<R, 5>(codes.data(), hands, values.data())
+         : n == 6 ? detail::wide_batch<R, 6>(codes.data(), hands, values.data())
+                  : detail::wide_batch<R, 7>(codes.data(), hands, values.data());
+  else
+    ok = n == 5   ? batch<R, 5>(codes.data(), hands, values.data())
+         : n == 6 ? batch<R, 6>(codes.data(), hands, values.data())
+                  : batch<R, 7>(codes.data(), hands, values.data());
   if (!ok) bad_batch(codes, static_cast<size_t>(n), R);
 }
 

@@ -27,6 +27,9 @@ TEST(CliEquity, RangesRandomHandsAndBoards) {
   const std::string mc = "equity AsAd --players 4 --monte-carlo --trials 20000 --seed 9" + data_dir();
   const CliRun first = expect_output(mc, {"Monte Carlo, 20,000 trials, seed 9", "std error"});
   EXPECT_EQ(run(mc).out.substr(0, 200), first.out.substr(0, 200));  // the same seed, the same numbers
+  // On any number of threads, too; a target standard error implies Monte Carlo and stops early.
+  EXPECT_EQ(run(mc + " --threads 1").out.substr(0, 200), first.out.substr(0, 200));
+  expect_output("equity AsKs QhQd JcTc --target-stderr 0.005" + data_dir(), {"Monte Carlo, 16,384 trials", "0.3"});
 }
 
 TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
@@ -40,6 +43,10 @@ TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
       {"equity AsKs QQ+ --players 1", "fewer than the 2 hands"},
       {"equity AsKs ZZ9", "player 2"},
       {"equity AsKs QhQd --exact --monte-carlo", "excludes"},
+      {"equity AsKs QhQd --exact --target-stderr 0.01", "excludes"},
+      {"equity AsKs QhQd --target-stderr -1", "--target-stderr"},
+      {"equity AsKs QhQd --threads -2", "--threads cannot be negative"},
+      {"equity AA AA AA", "no deal is possible"},
   };
   for (const auto& [args, message] : cases) expect_bad_input(args + data_dir(), message);
 }

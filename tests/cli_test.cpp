@@ -235,4 +235,11 @@ TEST(CliOmahaHutchison, ShowsEachStageWithItsSteps) {
   for (const auto& [args, message] : bad) expect_bad_input(args, message);
 }
 
+// The behaviour signature covers every value and exact equity the bench workloads compute: a change
+// that alters one must say why and update it here.
+TEST(CliBench, SignatureOfTheStandardWorkloads) {
+  expect_output("bench --signature", {"signature: f12ef64f7fef9d2c\n"});
+  expect_output("bench --signature --threads 1 --json", {"\"signature\": \"f12ef64f7fef9d2c\""});
+}
+
 }  // namespace

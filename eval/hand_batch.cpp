@@ -1,0 +1,266 @@
+// The 16-lane batch: sixteen hands of N one-byte codes are 16N bytes. Two byte permutes turn them
+// into slot-major order (16 first cards, 16 second cards, ...), so every later step treats sixteen
+// hands with one instruction:
+//   - the checks: a code of 52 or more, and a card twice in a hand, found by comparing the slots
+//     with rotated copies of themselves (8 compares of 64 bytes cover every pair of slots);
+//   - the rank part of the key: each code's rank by a 64-byte table permute, then its rank key by a
+//     16-entry permute of dwords, summed over the slots;
+//   - the flush test: each card's suit as a one in a nibble (suits 0-1 in one byte, 2-3 in another),
+//     summed over the slots; a nibble of five or more is a flush.
+// The sums then go through the perfect hash one hand at a time (two reads each; the hardware's
+// gathers are slower than plain loads here), a group behind, so the loads never wait on the store
+// of the sums. Flushes (3% of random seven-card hands) are valued one by one from their cards.
+#include "eval/hand_batch.h"
+
+#include <immintrin.h>
+
+#include <algorithm>
+#include <array>
+#include <bit>
+
+namespace pokermath::detail {
+
+// Every ranking and hand size, instantiated where the batch is defined.
+#define POKERMATH_WIDE_BATCH(R, N)                                \
+  template bool wide_batch<R, N>(const uint8_t*, size_t, int*); \
+  template bool wide_batch<R, N>(const int*, size_t, int*);
+#define POKERMATH_ALL_WIDE_BATCHES                                                                       \
+  POKERMATH_WIDE_BATCH(Ranking::Holdem, 5)                                                               \
+  POKERMATH_WIDE_BATCH(Ranking::Holdem, 6)                                                               \
+  POKERMATH_WIDE_BATCH(Ranking::Holdem, 7)                                                               \
+  POKERMATH_WIDE_BATCH(Ranking::ShortDeck, 5)                                                            \
+  POKERMATH_WIDE_BATCH(Ranking::ShortDeck, 6)                                                            \
+  POKERMATH_WIDE_BATCH(Ranking::ShortDeck, 7)                                                            \
+  POKERMATH_WIDE_BATCH(Ranking::China, 5)                                                                \
+  POKERMATH_WIDE_BATCH(Ranking::China, 6)                                                                \
+  POKERMATH_WIDE_BATCH(Ranking::China, 7)
+
+bool wide_batch_available() {
+#if defined(__x86_64__) && defined(__GNUC__)
+  static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
+                                __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi");
+  return available;
+#else
+  return false;
+#endif
+}
+
+#if defined(__x86_64__) && defined(__GNUC__)
+
+// Everything from here to the end of the x86-64 part is compiled for AVX-512 (and runs only where
+// wide_batch_available() says so), lambdas included.
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx512f,avx512bw,avx512vl,avx512vbmi,popcnt"))), \
+                             apply_to = function)
+#else
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512bw,avx512vl,avx512vbmi,popcnt")
+// GCC 12's headers build some AVX-512 intrinsics on a deliberately undefined vector, and warn.
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+#endif
+
+namespace {
+
+constexpr uint8_t kNoCard = 0xFF;  // the slots past a hand's last card: equal to no code of a card
+
+struct Tables {
+  alignas(64) std::array<uint8_t, 64> rank{};    // code -> rank (13 for codes 52..63: key 0)
+  alignas(64) std::array<uint8_t, 64> suits01{};  // code -> a one in the nibble of suit 0 or 1
+  alignas(64) std::array<uint8_t, 64> suits23{};  // code -> a one in the nibble of suit 2 or 3
+  alignas(64) std::array<uint32_t, 16> keys{};    // rank -> rank key (0 for 13..15)
+
+  constexpr Tables() {
+    for (int c = 0; c < 64; ++c) {
+      const int s = c / 13;
+      rank[c] = static_cast<uint8_t>(c < 52 ? c % 13 : 13);
+      suits01[c] = static_cast<uint8_t>(c < 52 && s < 2 ? 1 << (4 * s) : 0);
+      suits23[c] = static_cast<uint8_t>(c < 52 && s >= 2 ? 1 << (4 * (s - 2)) : 0);
+    }
+    for (int r = 0; r < 13; ++r) keys[r] = kRankKeys[r];
+  }
+};
+constexpr Tables kTables;
+
+// The byte indexes that gather slots 0..3 (first) and 4.. (second) of 16 hands of N codes.
+template <int N>
+constexpr std::array<std::array<uint8_t, 64>, 2> kSlotIndexes = [] {
+  std::array<std::array<uint8_t, 64>, 2> index{};
+  for (int j = 0; j < 64; ++j) {
+    const int slot = j / 16, hand = j % 16;
+    index[0][j] = static_cast<uint8_t>(N * hand + slot);
+    index[1][j] = static_cast<uint8_t>(4 + slot < N ? N * hand + 4 + slot : 0);
+  }
+  return index;
+}();
+
+// The vector rotated by K 16-byte lanes: lane i takes lane i + K (mod 4).
+template <int K>
+inline __m512i rotate_lanes(__m512i v) {
+  return _mm512_alignr_epi64(v, v, 2 * K);
+}
+
+// The value of one hand from its codes (valid ones), for flushes and the last few hands.
+template <Ranking R, int N>
+inline int one_hand(const uint8_t* codes) {
+  uint64_t key = kKeyStart, mask = 0;
+  for (int i = 0; i < N; ++i) {
+    key += kCardKeys[codes[i]];
+    mask |= uint64_t{1} << codes[i];
+  }
+  return hand_value_of<R, N>(key, mask);
+}
+
+// Checks and values the hands the vector loop leaves: fewer than sixteen.
+template <Ranking R, int N>
+bool tail(const uint8_t* codes, size_t hands, int* values) {
+  bool all_ok = true;
+  for (size_t h = 0; h < hands; ++h) {
+    const uint8_t* c = codes + h * N;
+    uint64_t mask = 0;
+    bool ok = true;
+    for (int i = 0; i < N; ++i) {
+      ok &= c[i] < 52 && (R == Ranking::Holdem || c[i] % 13 >= 4);
+      mask |= uint64_t{1} << (c[i] & 63);
+    }
+    ok &= std::popcount(mask) == N;
+    values[h] = ok ? one_hand<R, N>(c) : 0;
+    all_ok &= ok;
+  }
+  return all_ok;
+}
+
+}  // namespace
+
+template <Ranking R, int N>
+bool wide_batch(const uint8_t* codes, size_t hands, int* values) {
+  constexpr bool kShortDeck = R != Ranking::Holdem;
+  constexpr __mmask64 kReal = (__mmask64{1} << (16 * (N - 4))) - 1;  // lanes of the second vector that hold cards
+  constexpr __mmask64 kRest = (__mmask64{1} << (16 * N - 64)) - 1;   // bytes of 16 hands past the first 64
+  const __m512i index0 = _mm512_load_si512(kSlotIndexes<N>[0].data());
+  const __m512i index1 = _mm512_load_si512(kSlotIndexes<N>[1].data());
+  const __m512i rank_of = _mm512_load_si512(kTables.rank.data());
+  const __m512i suits01 = _mm512_load_si512(kTables.suits01.data());
+  const __m512i suits23 = _mm512_load_si512(kTables.suits23.data());
+  const __m512i keys = _mm512_load_si512(kTables.keys.data());
+  const __m512i no_card = _mm512_set1_epi8(static_cast<char>(kNoCard));
+  const __m512i deck = _mm512_set1_epi8(52), six = _mm512_set1_epi8(4);
+  const __m512i three = _mm512_set1_epi8(0x33), eight = _mm512_set1_epi8(static_cast<char>(0x88));
+
+  bool all_ok = true;
+  alignas(64) uint32_t sums[2][16];
+  alignas(64) uint8_t ranks[2][64];
+  // The group whose sums wait to be looked up.
+  int* waiting_values = nullptr;
+  const uint8_t* waiting_codes = nullptr;
+  uint32_t waiting_flushes = 0;
+  bool waiting_ok = true;
+  auto finish = [&](const uint32_t* group_sums) {
+    // A bad group is not looked up: its sums may come from impossible rank counts, outside the hash.
+    if (!waiting_ok) return;
+    for (int i = 0; i < 16; ++i) waiting_values[i] = rank_value<R, N>(group_sums[i]);
+    for (uint32_t f = waiting_flushes; f; f &= f - 1) {
+      const int i = std::countr_zero(f);
+      waiting_values[i] = one_hand<R, N>(waiting_codes + N * i);
+    }
+  };
+
+  size_t h = 0;
+  for (unsigned group = 0; h + 16 <= hands; h += 16, ++group) {
+    const uint8_t* p = codes + h * N;
+    const __m512i a = _mm512_loadu_si512(p);
+    const __m512i b = _mm512_maskz_loadu_epi8(kRest, p + 64);
+    const __m512i s03 = _mm512_permutex2var_epi8(a, index0, b);
+    const __m512i s4x = _mm512_mask_mov_epi8(no_card, kReal, _mm512_permutex2var_epi8(a, index1, b));
+
+    // The checks.
+    __mmask64 bad = _mm512_cmpge_epu8_mask(s03, deck) | _mm512_mask_cmpge_epu8_mask(kReal, s4x, deck);
+    const __m512i s03_1 = rotate_lanes<1>(s03);
+    const __m512i s03_2 = rotate_lanes<2>(s03);
+    const __m512i s4x_1 = rotate_lanes<1>(s4x);
+    const __m512i s4x_2 = rotate_lanes<2>(s4x);
+    const __m512i s4x_3 = rotate_lanes<3>(s4x);
+    bad |= _mm512_cmpeq_epi8_mask(s03, s03_1) | _mm512_cmpeq_epi8_mask(s03, s03_2) |
+           _mm512_cmpeq_epi8_mask(s03, s4x) | _mm512_cmpeq_epi8_mask(s03, s4x_1) |
+           _mm512_cmpeq_epi8_mask(s03, s4x_2) | _mm512_cmpeq_epi8_mask(s03, s4x_3) |
+           _mm512_mask_cmpeq_epi8_mask(kReal, s4x, s4x_1) | _mm512_mask_cmpeq_epi8_mask(kReal, s4x, s4x_2);
+
+    // The rank keys, summed over the slots.
+    const __m512i r03 = _mm512_permutexvar_epi8(s03, rank_of), r4x = _mm512_permutexvar_epi8(s4x, rank_of);
+    if constexpr (kShortDeck) bad |= _mm512_cmplt_epu8_mask(r03, six) | _mm512_mask_cmplt_epu8_mask(kReal, r4x, six);
+    _mm512_store_si512(ranks[0], r03);
+    _mm512_store_si512(ranks[1], r4x);
+    __m512i sum = _mm512_setzero_si512();
+    for (int slot = 0; slot < N; ++slot) {
+      const __m128i r = _mm_load_si128(reinterpret_cast<const __m128i*>(&ranks[slot / 4][16 * (slot % 4)]));
+      sum = _mm512_add_epi32(sum, _mm512_permutexvar_epi32(_mm512_cvtepu8_epi32(r), keys));
+    }
+
+    // The suits, counted in nibbles and summed over the four 16-byte lanes.
+    __m512i n01 = _mm512_add_epi8(_mm512_permutexvar_epi8(s03, suits01), _mm512_permutexvar_epi8(s4x, suits01));
+    __m512i n23 = _mm512_add_epi8(_mm512_permutexvar_epi8(s03, suits23), _mm512_permutexvar_epi8(s4x, suits23));
+    n01 = _mm512_add_epi8(n01, rotate_lanes<2>(n01));
+    n01 = _mm512_add_epi8(n01, rotate_lanes<1>(n01));
+    n23 = _mm512_add_epi8(n23, rotate_lanes<2>(n23));
+    n23 = _mm512_add_epi8(n23, rotate_lanes<1>(n23));
+    const uint32_t flushes = static_cast<uint32_t>(_mm512_test_epi8_mask(_mm512_add_epi8(n01, three), eight) |
+                                                   _mm512_test_epi8_mask(_mm512_add_epi8(n23, three), eight)) &
+                             0xFFFF;
+
+    _mm512_store_si512(sums[group & 1], sum);
+    if (waiting_values) finish(sums[(group & 1) ^ 1]);
+    waiting_values = values + h;
+    waiting_codes = p;
+    waiting_flushes = flushes;
+    waiting_ok = bad == 0;
+    all_ok &= waiting_ok;
+  }
+  if (waiting_values) finish(sums[((h / 16) & 1) ^ 1]);
+  return tail<R, N>(codes + h * N, hands - h, values + h) && all_ok;
+}
+
+template <Ranking R, int N>
+bool wide_batch(const int* codes, size_t hands, int* values) {
+  // Blocks of hands narrowed to bytes (saturated: a code outside 0..255, negative ones too, becomes
+  // 255 and fails the checks), then the byte batch.
+  constexpr size_t kBlock = 1024;
+  alignas(64) uint8_t bytes[kBlock * N];
+  bool ok = true;
+  for (size_t h = 0; h < hands; h += kBlock) {
+    const size_t n = std::min(kBlock, hands - h);
+    const int* c = codes + h * N;
+    size_t i = 0;
+    for (; i + 16 <= n * N; i += 16)
+      _mm_store_si128(reinterpret_cast<__m128i*>(bytes + i),
+                      _mm512_cvtusepi32_epi8(_mm512_loadu_si512(c + i)));
+    for (; i < n * N; ++i) bytes[i] = static_cast<uint8_t>(std::min<uint32_t>(static_cast<uint32_t>(c[i]), 255));
+    ok &= wide_batch<R, N>(bytes, n, values + h);
+  }
+  return ok;
+}
+
+POKERMATH_ALL_WIDE_BATCHES
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
+#pragma GCC diagnostic pop
+#pragma GCC pop_options
+#endif
+
+#else
+
+template <Ranking R, int N>
+bool wide_batch(const uint8_t*, size_t, int*) {
+  return false;
+}
+template <Ranking R, int N>
+bool wide_batch(const int*, size_t, int*) {
+  return false;
+}
+
+POKERMATH_ALL_WIDE_BATCHES
+
+#endif
+
+}  // namespace pokermath::detail
