@@ -23,7 +23,7 @@
 namespace pokermath::detail {
 
 inline constexpr int kMaxPlayers = 10;
-inline constexpr std::chrono::milliseconds kReportEvery{50};  // progress reports on long work
+inline constexpr double kReportStep = 0.01;  // progress is reported each time 1% more work is done
 
 // Bit p set for each player whose value is the largest.
 [[gnu::always_inline]] inline uint32_t winners(const int* values, int players) {
@@ -62,35 +62,26 @@ struct OutcomeCounts {
   }
 };
 
-// Runs work(unit, counts) for every unit 0..units-1 and returns the sum of the counts, starting from
-// `empty`. Units go to `control.threads` threads as they free up; each thread adds into counts of
-// its own, and Counts sum exactly (integers), so the order does not matter. `cost` gives each
-// unit's share of the work for progress reports (empty: equal shares). Throws Cancelled when the
-// run is stopped.
+// Runs work(unit, counts) for every unit 0..units-1 (units of about equal work) and returns the sum
+// of the counts, starting from `empty`. Units go to `control.threads` threads as they free up; each
+// thread adds into counts of its own, and Counts sum exactly (integers), so the order does not
+// matter. Throws Cancelled when the run is stopped.
 template <typename Counts, typename Work>
-Counts run_exact_units(int units, const Counts& empty, const std::vector<double>& cost, const RunControl& control,
-                       Work work) {
-  std::vector<double> done_before(static_cast<size_t>(units) + 1, 0);
-  for (int u = 0; u < units; ++u) done_before[u + 1] = done_before[u] + (cost.empty() ? 1.0 : cost[u]);
-  const double total = std::max(done_before.back(), 1e-300);
+Counts run_exact_units(int units, const Counts& empty, const RunControl& control, Work work) {
   const int threads = std::max(1, std::min(control.threads, units));
   std::vector<Counts> per_thread(static_cast<size_t>(threads), empty);
-  std::atomic<int> next{0};
-  std::atomic<double> finished{0};
+  std::atomic<int> next{0}, finished{0};
   std::atomic<bool> stopped{false};
   auto loop = [&](int thread) {
-    auto last_report = control.reports() ? std::chrono::steady_clock::now() : std::chrono::steady_clock::time_point{};
+    double reported = 0;
     for (int u; (u = next.fetch_add(1)) < units;) {
       if (control.stopped()) {
         stopped = true;
         break;
       }
       work(u, per_thread[thread]);
-      finished.fetch_add(done_before[u + 1] - done_before[u]);
-      if (thread == 0 && control.reports() && std::chrono::steady_clock::now() - last_report > kReportEvery) {
-        control.report(finished.load() / total);
-        last_report = std::chrono::steady_clock::now();
-      }
+      const double done = static_cast<double>(finished.fetch_add(1) + 1) / units;
+      if (thread == 0 && control.reports() && done >= reported + kReportStep) control.report(reported = done);
     }
   };
   if (threads == 1) {

@@ -15,8 +15,14 @@ namespace pokermath::detail {
 namespace {
 
 constexpr uint64_t kFullDeck = (uint64_t{1} << 52) - 1;
-constexpr double kSecondsPerLookup = 3e-9;  // one player's value on one board pattern, one core
-constexpr double kAutoExactSeconds = 1.0;   // Auto counts exactly what takes about this long
+// The cost of an exact count on one core, in seconds: grouping the tuples by suits, setting up each
+// class, and one player's value on one board pattern.
+constexpr double kSecondsPerTuple = 2e-7;
+constexpr double kSecondsPerClass = 1e-6;
+constexpr double kSecondsPerLookup = 3e-9;
+// Auto counts exactly what takes about this long on one core (the choice must not depend on the
+// threads, so that a request gives the same numbers on any machine).
+constexpr double kAutoExactSeconds = 1.5;
 constexpr double kMaxExactTuples = 5e7;     // tuples of hands an exact count may group
 
 EquityResult exact(const std::vector<HoldemPlayer>& players, const EquityRequest& request,
@@ -29,7 +35,7 @@ EquityResult exact(const std::vector<HoldemPlayer>& players, const EquityRequest
   std::copy(request.board.begin(), request.board.end(), deal.board.begin());
   deal.dead = dead_mask;
   const OutcomeCounts counts =
-      run_exact_units(static_cast<int>(classes.size()), OutcomeCounts(n), {}, control, [&](int u, OutcomeCounts& out) {
+      run_exact_units(static_cast<int>(classes.size()), OutcomeCounts(n), control, [&](int u, OutcomeCounts& out) {
         HoldemDeal d = deal;
         d.holes = classes[static_cast<size_t>(u)].holes;
         count_boards<Ranking::Holdem>(d, out, classes[static_cast<size_t>(u)].tuples);
@@ -67,12 +73,13 @@ EquityResult compute_holdem_equity(const EquityRequest& request) {
   if (!dealable(players)) throw Error("no deal is possible: the players' hands always share a card");
 
   const RunControl control = run_control(request);
-  // The work of an exact count: classes of tuples (about the tuples over the symmetries) times the
-  // board patterns of each, in seconds on the threads at hand.
+  // The work of an exact count: the tuples, their classes (about the tuples over the symmetries) and
+  // the board patterns of each.
   const double tuples = tuple_bound(players);
   const std::vector<SuitPermutation> symmetries = suit_permutations_fixing({board_mask, dead_mask});
   const double classes = std::max(1.0, tuples / static_cast<double>(symmetries.size()));
-  const double seconds = classes * board_pattern_work(missing, n) * kSecondsPerLookup / control.threads;
+  const double seconds = tuples * kSecondsPerTuple +
+                         classes * (kSecondsPerClass + board_pattern_work(missing, n) * kSecondsPerLookup);
   const bool large = seconds > kAutoExactSeconds;
 
   if (request.method != EquityMethod::MonteCarlo && large && n == 2 && request.board.empty() &&

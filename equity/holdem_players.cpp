@@ -12,7 +12,8 @@ namespace pokermath::detail {
 std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint64_t& known, uint64_t deck) {
   const size_t n = request.players.size();
   std::vector<HoldemPlayer> players(n);
-  // Given hands first: their cards are known to everybody else.
+  // Given hands first: their cards are known to everybody else. A text of exactly two cards is a
+  // hand; other card lists ("AsKs,QhQd") are ranges of exact hands.
   for (size_t i = 0; i < n; ++i) {
     HoldemPlayer& p = players[i];
     p.text = request.players[i];
@@ -20,9 +21,9 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
     try {
       cards = parse_cards(p.text);
     } catch (const Error&) {
-      continue;  // not a hand: a range or "random"
+      continue;  // not a list of cards: a range or "random"
     }
-    if (cards.size() != 2) throw Error(ordinal(i) + ": a Hold'em hand is two cards, got '" + p.text + "'");
+    if (cards.size() != 2) continue;
     for (int c : cards) {
       if (known >> c & 1) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is already in play");
       if (!(deck >> c & 1)) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is not in the deck");
@@ -42,6 +43,13 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
       try {
         range = parse_range(p.text);
       } catch (const Error& e) {
+        bool cards = true;  // a list of cards that is no range: say what a hand is
+        try {
+          parse_cards(p.text);
+        } catch (const Error&) {
+          cards = false;
+        }
+        if (cards) throw Error(ordinal(i) + ": a Hold'em hand is two cards, got '" + p.text + "'");
         throw Error(ordinal(i) + ": " + e.what());
       }
     }
@@ -119,8 +127,13 @@ std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
     }
     return best;
   };
+  const bool symmetric = perms.size() > 1;  // else every tuple is a class of its own
   auto level = [&](auto& self, size_t i, uint64_t used) -> void {
     if (i == n) {
+      if (!symmetric) {
+        classes.push_back({holes, 1});
+        return;
+      }
       const auto [it, added] = index.emplace(key_of(), classes.size());
       if (added) classes.push_back({holes, 0});
       ++classes[it->second].tuples;

@@ -141,7 +141,7 @@ OmahaTally exact(const OmahaQuestion& q, const RunControl& control) {
   for (int c = 0; c < 52; ++c)
     if (!(q.known >> c & 1)) firsts.push_back(c);
   if (missing == 0) firsts = {-1};
-  return run_exact_units(static_cast<int>(firsts.size()), OmahaTally(q.players), {}, control,
+  return run_exact_units(static_cast<int>(firsts.size()), OmahaTally(q.players), control,
                          [&](int u, OmahaTally& tally) {
                            int full[5];
                            std::copy(q.board.begin(), q.board.end(), full);
@@ -201,10 +201,11 @@ EquityResult compute_omaha_equity(const EquityRequest& request) {
   OmahaQuestion q{game, n, {}, request.board, known};
   for (int p = 0; p < n; ++p) std::copy(players[p].cards.begin(), players[p].cards.end(), q.cards.begin() + p * game.hole);
   const RunControl control = run_control(request);
-  // The work of an exact answer in player-boards; about 30 million take a second on one core.
+  // The work of an exact answer in player-boards; about 30 million take a second on one core (the
+  // choice does not depend on the threads, so that a request gives the same numbers anywhere).
   const double work = ways_to_deal(52 - std::popcount(known), missing) * n;
-  const bool count = random == 0 && (request.method == EquityMethod::Exact ||
-                                     (request.method == EquityMethod::Auto && work <= 3e7 * control.threads));
+  const bool count =
+      random == 0 && (request.method == EquityMethod::Exact || (request.method == EquityMethod::Auto && work <= 3e7));
   const OmahaTally tally = count ? exact(q, control) : monte_carlo(q, players, request, control);
 
   EquityResult result;

@@ -59,7 +59,7 @@ enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo };
 EquityGame equity_game_from_name(std::string_view name);
 
 // Reports a long computation: the fraction done, 0..1, rising. Called on the thread that called
-// compute_equity, between pieces of work (about every 50 ms on long work, and 1 at the end).
+// compute_equity, between pieces of work (each time about 1% more is done, and 1 at the end).
 using WorkProgress = std::function<void(double fraction)>;
 
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
