@@ -84,7 +84,7 @@ constexpr Tables kTables;
 
 // The byte indexes that gather slots 0..3 (first) and 4.. (second) of 16 hands of N codes.
 template <int N>
-constexpr std::array<std::array<uint8_t, 64>, 2> kSlotIndexes = [] {
+alignas(64) constexpr std::array<std::array<uint8_t, 64>, 2> kSlotIndexes = [] {
   std::array<std::array<uint8_t, 64>, 2> index{};
   for (int j = 0; j < 64; ++j) {
     const int slot = j / 16, hand = j % 16;

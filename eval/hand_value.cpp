@@ -77,11 +77,13 @@ template <Ranking R, int N, typename Code>
 // The value of a hand given as a card mask; `bad` as above.
 template <Ranking R>
 [[gnu::always_inline]] inline int mask_value(uint64_t mask, bool& bad) {
+  const int n = std::popcount(mask);
+  if ((mask >> 52) != 0 || n < 5 || n > 7 || (R != Ranking::Holdem && (mask & kBelowSix) != 0)) [[unlikely]] {
+    bad = true;
+    return 0;
+  }
   const uint32_t suits[4] = {static_cast<uint32_t>(mask) & 0x1FFF, static_cast<uint32_t>(mask >> 13) & 0x1FFF,
                              static_cast<uint32_t>(mask >> 26) & 0x1FFF, static_cast<uint32_t>(mask >> 39) & 0x1FFF};
-  const int n = std::popcount(mask);
-  bad |= (mask >> 52) != 0 || n < 5 || n > 7;
-  if constexpr (R != Ranking::Holdem) bad |= (mask & kBelowSix) != 0;
   for (uint32_t s : suits)
     if (std::popcount(s) >= 5) return detail::flush_value<R>(s);
   const uint32_t sum = detail::kRankSetSums[suits[0]] + detail::kRankSetSums[suits[1]] +
