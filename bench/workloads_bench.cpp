@@ -13,25 +13,18 @@ namespace {
 
 constexpr int kHands = 10'000'000;
 
-// Card codes of kHands random hands of n cards (in random order), generated before timing.
+// Card codes of kHands random hands of n cards, generated before timing.
 const std::vector<int>& random_hands(int n) {
   static std::vector<int> hands[8];
-  std::vector<int>& codes = hands[n];
-  if (codes.empty()) {
-    std::mt19937_64 engine(2026);
-    codes.reserve(static_cast<size_t>(kHands) * n);
+  if (hands[n].empty()) {
+    std::mt19937 engine(2026);
+    std::vector<int> hand;
     for (int h = 0; h < kHands; ++h) {
-      uint64_t used = 0;
-      for (int i = 0; i < n;) {
-        const int c = static_cast<int>(engine() % 52);
-        if (used >> c & 1) continue;
-        used |= uint64_t{1} << c;
-        codes.push_back(c);
-        ++i;
-      }
+      Int64ToVec(GetRandomHand(n, engine), hand);
+      hands[n].insert(hands[n].end(), hand.begin(), hand.end());
     }
   }
-  return codes;
+  return hands[n];
 }
 
 void BM_hand_value(benchmark::State& state) {

@@ -44,18 +44,11 @@ double seconds_of(const std::function<void()>& work) {
 
 // Random hands of n cards as codes, from a fixed seed.
 std::vector<int> random_hands(int n, int count) {
-  std::mt19937_64 engine(2026);
-  std::vector<int> codes;
-  codes.reserve(static_cast<size_t>(count) * n);
+  std::mt19937 engine(2026);
+  std::vector<int> codes, hand;
   for (int h = 0; h < count; ++h) {
-    uint64_t used = 0;
-    for (int i = 0; i < n;) {
-      const int c = static_cast<int>(engine() % 52);
-      if (used >> c & 1) continue;
-      used |= uint64_t{1} << c;
-      codes.push_back(c);
-      ++i;
-    }
+    Int64ToVec(GetRandomHand(n, engine), hand);
+    codes.insert(codes.end(), hand.begin(), hand.end());
   }
   return codes;
 }

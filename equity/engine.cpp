@@ -1,7 +1,5 @@
 #include "equity/engine.h"
 
-#include <thread>
-
 namespace pokermath::detail {
 
 int threads_for(int requested) {
@@ -14,15 +12,15 @@ namespace {
 // The share of the pot of player p in a deal won by the players of mask.
 double share(uint32_t mask, int p) { return (mask >> p & 1) ? 1.0 / std::popcount(mask) : 0.0; }
 
-}  // namespace
-
-std::vector<PlayerShares> shares_of(const OutcomeCounts& counts, int players) {
+// Win, tie and equity from the deals (or weights) by winners.
+template <typename Number>
+std::vector<PlayerShares> shares_from(const std::vector<Number>& by_winners, int players) {
   std::vector<PlayerShares> out(static_cast<size_t>(players));
   double total = 0;
-  for (int64_t d : counts.deals) total += static_cast<double>(d);
+  for (Number d : by_winners) total += static_cast<double>(d);
   if (total <= 0) return out;
-  for (uint32_t mask = 1; mask < counts.deals.size(); ++mask) {
-    const double d = static_cast<double>(counts.deals[mask]);
+  for (uint32_t mask = 1; mask < by_winners.size(); ++mask) {
+    const double d = static_cast<double>(by_winners[mask]);
     if (d == 0) continue;
     for (int p = 0; p < players; ++p) {
       if (!(mask >> p & 1)) continue;
@@ -34,21 +32,17 @@ std::vector<PlayerShares> shares_of(const OutcomeCounts& counts, int players) {
   return out;
 }
 
+}  // namespace
+
+std::vector<PlayerShares> shares_of(const OutcomeCounts& counts, int players) {
+  return shares_from(counts.deals, players);
+}
+
 std::vector<PlayerShares> shares_of(const SampledOutcomes& outcomes, int players) {
-  std::vector<PlayerShares> out(static_cast<size_t>(players));
+  std::vector<PlayerShares> out = shares_from(outcomes.w1, players);
   double total = 0;
   for (double w : outcomes.w1) total += w;
   if (total <= 0) return out;
-  for (uint32_t mask = 1; mask < outcomes.w1.size(); ++mask) {
-    const double w = outcomes.w1[mask];
-    if (w == 0) continue;
-    for (int p = 0; p < players; ++p) {
-      if (!(mask >> p & 1)) continue;
-      (std::popcount(mask) == 1 ? out[p].win : out[p].tie) += w;
-      out[p].equity += w * share(mask, p);
-    }
-  }
-  for (PlayerShares& s : out) s.win /= total, s.tie /= total, s.equity /= total;
   // The standard error of a ratio of weighted sums: sqrt(sum of w^2 (x - mean)^2) / sum of w, which
   // for equal weights is the familiar sqrt(variance / trials).
   for (int p = 0; p < players; ++p) {

@@ -112,37 +112,6 @@ int representative(const Key& k, int rank_offset, int ranks, int* codes) {
   return n;
 }
 
-// ---- five-card values ------------------------------------------------------------------------------
-
-int ascending_value(const int* codes) {
-  return 7463 - eval_5hand_fast(static_cast<int>(prime_word(codes[0])), static_cast<int>(prime_word(codes[1])),
-                                static_cast<int>(prime_word(codes[2])), static_cast<int>(prime_word(codes[3])),
-                                static_cast<int>(prime_word(codes[4])));
-}
-
-int short_deck_value(const int* codes) {
-  const int cls = eval_5hand_fast(static_cast<int>(prime_word(codes[0])), static_cast<int>(prime_word(codes[1])),
-                                  static_cast<int>(prime_word(codes[2])), static_cast<int>(prime_word(codes[3])),
-                                  static_cast<int>(prime_word(codes[4])));
-  return short_deck_value_of_class()[cls];
-}
-
-// The largest five-card value over the five-card subsets of n cards.
-template <typename FiveValue>
-int best_of(const int* codes, int n, FiveValue five_value) {
-  int best = 0;
-  int five[5];
-  for (int a = 0; a < n; ++a)
-    for (int b = a + 1; b < n; ++b)
-      for (int c = b + 1; c < n; ++c)
-        for (int d = c + 1; d < n; ++d)
-          for (int e = d + 1; e < n; ++e) {
-            five[0] = codes[a], five[1] = codes[b], five[2] = codes[c], five[3] = codes[d], five[4] = codes[e];
-            best = std::max(best, five_value(five));
-          }
-  return best;
-}
-
 // ---- the two games -----------------------------------------------------------------------------
 
 // Hold'em: `cards` cards from a deck of `ranks` ranks starting at rank index `rank_offset`.
@@ -156,7 +125,7 @@ struct HoldemRules {
     if (!add(k, cards - 1, x)) return 0;
     int codes[7];
     const int n = representative(k, rank_offset, ranks, codes);
-    return short_deck ? best_of(codes, n, short_deck_value) : best_of(codes, n, ascending_value);
+    return short_deck ? best_of_fives(codes, n, short_deck_value) : best_of_fives(codes, n, ascending_value);
   }
 };
 
@@ -348,6 +317,19 @@ StateMachine build(const Rules& rules, const BuildProgress& progress) {
 }
 
 }  // namespace
+
+int ascending_value(const int* codes) {
+  return 7463 - eval_5hand_fast(static_cast<int>(prime_word(codes[0])), static_cast<int>(prime_word(codes[1])),
+                                static_cast<int>(prime_word(codes[2])), static_cast<int>(prime_word(codes[3])),
+                                static_cast<int>(prime_word(codes[4])));
+}
+
+int short_deck_value(const int* codes) {
+  const int cls = eval_5hand_fast(static_cast<int>(prime_word(codes[0])), static_cast<int>(prime_word(codes[1])),
+                                  static_cast<int>(prime_word(codes[2])), static_cast<int>(prime_word(codes[3])),
+                                  static_cast<int>(prime_word(codes[4])));
+  return short_deck_value_of_class()[cls];
+}
 
 const std::vector<int>& short_deck_value_of_class() {
   static const std::vector<int> table = [] {

@@ -7,6 +7,7 @@
 // fifth card of a rank) leads to 0, and every walk through 0 ends with the value 0.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <functional>
 #include <string>
@@ -31,6 +32,27 @@ StateMachine build_holdem_machine(int deck_size, int cards, const BuildProgress&
 // The Omaha machine: five board cards, then two hole cards (rank-major codes); the value is the best
 // hand of exactly those two hole cards and three of the board cards, on the ascending 52-card scale.
 StateMachine build_omaha_machine(const BuildProgress& progress = {});
+
+// The value of five card codes on the ascending 52-card scale (7463 - class, larger is stronger), and
+// on the short-deck scale (1..1404; five cards six or higher).
+int ascending_value(const int* five);
+int short_deck_value(const int* five);
+
+// The largest five_value(five) over the five-card subsets of n card codes.
+template <typename FiveValue>
+int best_of_fives(const int* codes, int n, FiveValue five_value) {
+  int best = 0;
+  int five[5];
+  for (int a = 0; a < n; ++a)
+    for (int b = a + 1; b < n; ++b)
+      for (int c = b + 1; c < n; ++c)
+        for (int d = c + 1; d < n; ++d)
+          for (int e = d + 1; e < n; ++e) {
+            five[0] = codes[a], five[1] = codes[b], five[2] = codes[c], five[3] = codes[d], five[4] = codes[e];
+            best = std::max(best, five_value(five));
+          }
+  return best;
+}
 
 // The short-deck value (1..1404, larger is stronger; A-6-7-8-9 the lowest straight, three of a kind
 // above a straight, a flush above a full house) of a five-card class of the 52-card evaluator, for

@@ -92,26 +92,12 @@ void for_each_multiset(int n, int lowest, const std::function<void(const Counts&
   level(level, lowest, n);
 }
 
-// The five-card class (1..7462, smaller is stronger) of five card codes.
-int five_card_class(const int* codes) {
-  int words[5];
-  for (int i = 0; i < 5; ++i) words[i] = static_cast<int>(pokermath::prime_word(codes[i]));
-  return eval_5hand_fast(words[0], words[1], words[2], words[3], words[4]);
-}
+using pokermath::detail::ascending_value;
+using pokermath::detail::short_deck_value;
 
 // The largest score over the five-card subsets of `codes`.
 int best_of_fives(const std::vector<int>& codes, const std::function<int(const int*)>& score) {
-  const int n = static_cast<int>(codes.size());
-  int best = 0, five[5];
-  for (int a = 0; a < n; ++a)
-    for (int b = a + 1; b < n; ++b)
-      for (int c = b + 1; c < n; ++c)
-        for (int d = c + 1; d < n; ++d)
-          for (int e = d + 1; e < n; ++e) {
-            five[0] = codes[a], five[1] = codes[b], five[2] = codes[c], five[3] = codes[d], five[4] = codes[e];
-            best = std::max(best, score(five));
-          }
-  return best;
+  return pokermath::detail::best_of_fives(codes.data(), static_cast<int>(codes.size()), score);
 }
 
 // Card codes of a rank multiset that make no flush: the i-th card (in rank order) gets suit i % 4,
@@ -131,8 +117,6 @@ std::vector<int> suited_cards(uint32_t ranks) {
   return codes;
 }
 
-int holdem_value(const int* five) { return 7463 - five_card_class(five); }
-int short_deck_value(const int* five) { return pokermath::detail::short_deck_value_of_class()[five_card_class(five)]; }
 int china_value(const int* five) { return pokermath::detail::china_value_of_five(short_deck_value(five)); }
 
 // ---- perfect hash ---------------------------------------------------------------------------------
@@ -296,7 +280,7 @@ int main(int argc, char** argv) {
   const Keys keys = search_rank_keys();
   std::vector<SizeTable> tables;
   for (int cards = 5; cards <= kMaxCards; ++cards) {
-    tables.push_back(size_table(keys, "Holdem", cards, 0, {{"Holdem", holdem_value}}));
+    tables.push_back(size_table(keys, "Holdem", cards, 0, {{"Holdem", ascending_value}}));
     tables.push_back(size_table(keys, "ShortDeck", cards, kShortDeckLowest,
                                 {{"ShortDeck", short_deck_value}, {"China", china_value}}));
   }
@@ -334,7 +318,7 @@ int main(int argc, char** argv) {
             "namespace pokermath::detail {\n\n";
   Output out{header, source};
   for (size_t i = 0; i < tables.size(); ++i) write_size_table(out, tables[i], hashes[i]);
-  out.array("uint16_t", "kHoldemFlush", flush_values(0, holdem_value),
+  out.array("uint16_t", "kHoldemFlush", flush_values(0, ascending_value),
             "the best flush of a suit's ranks (bit r = rank r), 0 below five cards");
   const std::vector<uint16_t> short_flush = flush_values(kShortDeckLowest, short_deck_value);
   if (short_flush != flush_values(kShortDeckLowest, china_value)) {
