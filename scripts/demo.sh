@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
 # Installs what the build needs, builds the Release library and the pokermath program, and runs it
-# on examples, equity first (the first run generates the seven-card table in the data directory,
-# about 3 seconds). Safe to run again; an up-to-date tree rebuilds nothing.
+# on examples: equities (exact and sampled), the best Omaha hand, a hand's value, a range, and the
+# standard workloads with their timings. Safe to run again; an up-to-date tree rebuilds nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup.sh
@@ -19,6 +19,8 @@ run() {
 run equity AsKs QhQd
 run equity AsKs "QQ+,AKs,A5s-A2s"
 run equity AhKh random --board Qh7h2c
+run equity AsKs QhQd JcTc 9s9h 8d7d 6c5c --target-stderr 0.0005
 run omaha best AsKs7d2c QsJsTs3h2d
 run eval Ah Ad 7c 7s 2h Kd 7h
 run range QQ+,AKs,AKo
+run bench

@@ -1,5 +1,5 @@
-// The pokermath:: equity API: exact answers against the classic engines and a brute force, Monte
-// Carlo within a few standard errors, the pre-flop table, and the errors.
+// The pokermath:: equity API against the classic engines, the pre-flop table, Auto's choice and the
+// errors (equity_engine_test checks the engines against a brute force and Monte Carlo's promises).
 #include <cmath>
 
 #include "tables_fixture.h"
@@ -48,47 +48,6 @@ TEST(EquityApi, HandAgainstARangeGroupsMatchupsBySuits) {
   const double classic = tables_fixture::logic_with_table().getProbabilityOfWinBySpectrWithNoBoard(
       test_util::cards("AsKs").data(), pokermath::parse_range("QQ+,AK"));
   EXPECT_NEAR(result.players[0].equity, classic, 1e-12);
-}
-
-TEST(EquityApi, MultiwayExactOnAFlopAgainstABruteForce) {
-  const EquityResult result = pokermath::compute_equity(request({"AhKh", "QcQd", "7s6s"}, "Qh 7h 2c"));
-  ASSERT_TRUE(result.exact);
-  const std::vector<int> hands = test_util::cards("AhKh QcQd 7s6s"), flop = test_util::cards("Qh 7h 2c");
-  double share[3] = {}, count = 0;
-  test_util::for_each_set(2, pokermath::cards_to_mask(hands) | pokermath::cards_to_mask(flop), [&](const int* tr) {
-    int value[3];
-    for (int p = 0; p < 3; ++p)
-      value[p] = tables_fixture::best_class_of_seven(
-          test_util::words({hands[2 * p], hands[2 * p + 1], flop[0], flop[1], flop[2], tr[0], tr[1]}).data());
-    const int best = *std::min_element(value, value + 3);
-    const int k = (value[0] == best) + (value[1] == best) + (value[2] == best);
-    for (int p = 0; p < 3; ++p) share[p] += value[p] == best ? 1.0 / k : 0.0;
-    count += 1;
-  });
-  EXPECT_EQ(result.deals, count);
-  for (int p = 0; p < 3; ++p) EXPECT_NEAR(result.players[p].equity, share[p] / count, 1e-12) << p;
-}
-
-TEST(EquityApi, MonteCarloLandsWithinFourStandardErrors) {
-  const EquityResult exact =
-      pokermath::compute_equity(request({"AhKh", "random", "random"}, "Qh 7h 2c 9d", EquityMethod::Exact));
-  EquityRequest r = request({"AhKh", "random", "random"}, "Qh 7h 2c 9d", EquityMethod::MonteCarlo);
-  r.trials = test_util::sweep_size(200000, 20000);
-  r.seed = 42;
-  const EquityResult sampled = pokermath::compute_equity(r);
-  EXPECT_FALSE(sampled.exact);
-  EXPECT_EQ(sampled.deals, static_cast<double>(r.trials));
-  for (int p = 0; p < 3; ++p) {
-    EXPECT_GT(sampled.players[p].std_error, 0);
-    EXPECT_NEAR(sampled.players[p].equity, exact.players[p].equity, 4 * sampled.players[p].std_error) << p;
-  }
-  // The same seed gives the same numbers.
-  const EquityResult again = pokermath::compute_equity(r);
-  EXPECT_EQ(again.players[0].equity, sampled.players[0].equity);
-  // A time limit stops early.
-  r.trials = 1000000000;
-  r.time_ms = 50;
-  EXPECT_LT(pokermath::compute_equity(r).deals, 1000000000.0);
 }
 
 TEST(EquityApi, AutoChoosesMonteCarloForLargeQuestions) {
