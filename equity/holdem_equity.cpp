@@ -23,7 +23,7 @@ constexpr double kSecondsPerLookup = 3e-9;
 // Auto counts exactly what takes about this long on one core (the choice must not depend on the
 // threads, so that a request gives the same numbers on any machine).
 constexpr double kAutoExactSeconds = 1.5;
-constexpr double kMaxExactTuples = 5e7;     // tuples of hands an exact count may group
+constexpr double kMaxExactTuples = 1e7;  // tuples of hands an exact count may group (32 bytes each)
 
 EquityResult exact(const std::vector<HoldemPlayer>& players, const EquityRequest& request,
                    const std::vector<SuitPermutation>& symmetries, uint64_t dead_mask, const RunControl& control) {
@@ -36,9 +36,10 @@ EquityResult exact(const std::vector<HoldemPlayer>& players, const EquityRequest
   deal.dead = dead_mask;
   const OutcomeCounts counts =
       run_exact_units(static_cast<int>(classes.size()), OutcomeCounts(n), control, [&](int u, OutcomeCounts& out) {
+        const TupleClass& c = classes[static_cast<size_t>(u)];
         HoldemDeal d = deal;
-        d.holes = classes[static_cast<size_t>(u)].holes;
-        count_boards<Ranking::Holdem>(d, out, classes[static_cast<size_t>(u)].tuples);
+        for (int p = 0; p < n; ++p) d.holes[p] = c.hole(p);
+        count_boards<Ranking::Holdem>(d, out, c.tuples);
       });
   double deals = 0;
   for (int64_t d : counts.deals) deals += static_cast<double>(d);

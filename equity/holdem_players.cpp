@@ -108,11 +108,12 @@ std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
   std::vector<TupleClass> classes;
   if (tuple_bound(players) == 1) {  // given hands only: one tuple
     classes.push_back({{}, 1});
-    for (size_t p = 0; p < n; ++p) classes[0].holes[p] = players[p].combos[0].cards;
+    for (size_t p = 0; p < n; ++p)
+      for (int i = 0; i < 2; ++i) classes[0].holes[p][i] = static_cast<uint8_t>(players[p].combos[0].cards[i]);
     return classes;
   }
   std::unordered_map<Key, size_t, KeyHash> index;
-  std::array<std::array<int, 2>, kMaxPlayers> holes{};
+  std::array<std::array<uint8_t, 2>, kMaxPlayers> holes{};
   // The class key: the smallest, over the permutations, of the tuple's hands (each sorted) packed
   // twelve bits a hand, the first player lowest.
   auto key_of = [&] {
@@ -141,7 +142,7 @@ std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
     }
     for (const Combo& c : players[i].combos) {
       if (used & c.mask) continue;
-      holes[i] = c.cards;
+      holes[i] = {static_cast<uint8_t>(c.cards[0]), static_cast<uint8_t>(c.cards[1])};
       self(self, i + 1, used | c.mask);
     }
   };

@@ -42,8 +42,10 @@ double tuple_bound(const std::vector<HoldemPlayer>& players);
 // the board and the dead cards in place: a tuple and its image under such a permutation have the
 // same equities). Each class keeps one tuple and how many it stands for.
 struct TupleClass {
-  std::array<std::array<int, 2>, kMaxPlayers> holes;
+  std::array<std::array<uint8_t, 2>, kMaxPlayers> holes;  // card codes (bytes: millions of classes fit)
   int64_t tuples;
+
+  std::array<int, 2> hole(int player) const { return {holes[player][0], holes[player][1]}; }
 };
 std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
                                       const std::vector<SuitPermutation>& symmetries);
