@@ -4,7 +4,8 @@
 // before they index a table, and repeated cards are found by counting the bits of the card mask the
 // value needs anyway. A bad hand gives a flag; the error is built afterwards by the plain checks,
 // which name the fault. The hot functions are compiled twice on x86-64, for x86-64-v3 (one popcnt
-// instruction) and for the baseline, and the loader picks one by the CPU.
+// instruction) and for the baseline, and the loader picks one by the CPU. Batches of card codes run
+// sixteen hands at a time where the CPU has AVX-512 (eval/hand_batch.cpp), else hand by hand here.
 #include <emmintrin.h>
 
 #include <algorithm>
