@@ -93,8 +93,8 @@ inline int hand_value_of(uint64_t key, uint64_t mask) {
   return rank_value<R, Cards>(static_cast<uint32_t>(key));
 }
 
-// A hand built one card at a time. Engines build the board's state once and add each player's
-// hole cards on top (a copy and two additions).
+// A hand built one card at a time. The engines build the board's state once and add each player's
+// hole cards on top: the sum of their two card keys and the OR of their bits.
 struct HandState {
   uint64_t key = kKeyStart;
   uint64_t mask = 0;
@@ -103,8 +103,6 @@ struct HandState {
     key += kCardKeys[card];
     mask |= uint64_t{1} << card;
   }
-  // This state with the cards of another one (built from an empty state) added.
-  HandState with(const HandState& more) const { return {key + more.key - kKeyStart, mask | more.mask}; }
 };
 
 }  // namespace pokermath::detail
