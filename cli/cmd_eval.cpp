@@ -5,7 +5,6 @@
 
 #include "commands.h"
 #include "pokermath/pokermath.h"
-#include "progress.h"
 
 namespace pokermath::cli {
 
@@ -14,7 +13,6 @@ namespace {
 struct EvalOptions {
   std::vector<std::string> cards;
   std::string game = "holdem";
-  std::string data_dir;
   bool json = false;
 };
 
@@ -69,9 +67,7 @@ Json holdem(const std::vector<int>& cards, bool json) {
 }
 
 Json short_deck(const std::vector<int>& cards, ShortDeckRules rules, const EvalOptions& options) {
-  const std::filesystem::path dir =
-      options.data_dir.empty() ? default_data_directory() : std::filesystem::path(options.data_dir);
-  const ShortDeckEvaluation hand = evaluate_short_deck(cards, rules, dir, stderr_progress());
+  const ShortDeckEvaluation hand = evaluate_short_deck(cards, rules);
   Json out = {{"cards", card_names(cards)}, {"category", hand.category}};
   const bool china = rules == ShortDeckRules::China;
   if (options.json) {
@@ -128,7 +124,7 @@ void add_eval_command(CLI::App& app) {
       "             straight and a flush beats a full house; value 1..1404\n"
       "  china      short deck where a straight beats three of a kind\n"
       "  lowball27  deuce-to-seven: exactly five cards, the ace high only, smaller is better\n"
-      "The short-deck tables are generated in the data directory on first use.\n\n"
+      "Every game is valued from tables compiled into the program: no file is read.\n\n"
       "Examples:\n"
       "  pokermath eval As Ks Qs Js Ts\n"
       "  pokermath eval AhKh QhJh9c 2d 3s --json\n"
@@ -137,7 +133,6 @@ void add_eval_command(CLI::App& app) {
   eval->add_option("cards", options->cards, "5 to 7 cards, e.g. As Ks Qs Js Ts or AsKsQsJsTs")->required();
   eval->add_option("--game", options->game, "holdem (default), shortdeck, china or lowball27")
       ->check(CLI::IsMember({"holdem", "shortdeck", "china", "lowball27"}));
-  eval->add_option("--data-dir", options->data_dir, "Where the tables are kept (default: the data directory)");
   eval->add_flag("--json", options->json, "Print one JSON object");
   eval->callback([options] { run_eval(*options); });
 }

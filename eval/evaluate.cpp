@@ -116,21 +116,13 @@ HandEvaluation evaluate_hand(std::span<const int> cards) {
   return result;
 }
 
-ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules,
-                                        const std::filesystem::path& data_dir, const TableProgress& progress) {
-  detail::check_short_deck_hand(cards, 5, 7);
-  load_table(TableFile::SixPlus5, data_dir, progress);
-  load_table(TableFile::SixPlus7, data_dir, progress);
-
-  const int n = static_cast<int>(cards.size());
+ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules) {
   ShortDeckEvaluation result;
+  result.value = hand_value(cards, rules);  // checks the cards
+  const int n = static_cast<int>(cards.size());
   if (rules == ShortDeckRules::China) {
-    result.value = eval_rank_6China(cards.data(), n - 2);
     result.category_number = Get_rank36China(result.value);
   } else {
-    result.value = n == 5   ? eval_rank5_via_fsm5(cards.data())
-                   : n == 6 ? eval_rank6_via_fsm5(cards.data())
-                            : eval_rank7_via_fsm7(cards.data());
     result.category_number = Get_rank36(result.value);
     // The 52-card scale: the best five-card subset, as eval_7hand6PlusFsm5 takes it for seven cards.
     for (int a = 0; a < n; ++a)

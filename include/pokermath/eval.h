@@ -446,11 +446,10 @@ struct ShortDeckEvaluation {
   int value52 = 0;          // Standard only: the value on the 52-card scale (1..7462, larger is stronger)
 };
 
-// Evaluates 5, 6 or 7 distinct short-deck cards (6 to A). The short-deck tables are loaded from
-// `data_dir`, generated there first when missing. Throws Error for a card below six, another count
-// or a repeated card.
-ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules,
-                                        const std::filesystem::path& data_dir, const TableProgress& progress = {});
+// Evaluates 5, 6 or 7 distinct short-deck cards (6 to A): hand_value in the rules' order, its
+// category, and in the standard order the value on the 52-card scale. Throws Error for a card below
+// six, another count or a repeated card.
+ShortDeckEvaluation evaluate_short_deck(std::span<const int> cards, ShortDeckRules rules);
 
 // Deuce-to-seven value of exactly five distinct cards: 1 (7-5-4-3-2) .. 7462, SMALLER is the better
 // low. Throws Error for another count or a repeated card.
