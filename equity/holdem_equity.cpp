@@ -83,12 +83,13 @@ EquityResult compute_holdem_equity(const EquityRequest& request) {
                          classes * (kSecondsPerClass + board_pattern_work(missing, n) * kSecondsPerLookup);
   const bool large = seconds > kAutoExactSeconds;
 
-  if (request.method != EquityMethod::MonteCarlo && large && n == 2 && request.board.empty() &&
-      request.dead.empty()) {
+  // The pre-flop table answers only Auto requests (it holds equities, not wins and ties), and only
+  // the heads-up pre-flop ones too large to count on the spot: nothing else reads it.
+  if (request.method == EquityMethod::Auto && large && n == 2 && request.board.empty() && request.dead.empty()) {
     const std::filesystem::path dir = request.data_dir.empty() ? default_data_directory() : request.data_dir;
     std::vector<PlayerShares> shares;
     double deals = 0;
-    if (preflop_table_shares(dir, players, shares, deals)) {
+    if (preflop_table_shares(dir, players, request.progress, shares, deals)) {
       EquityResult result = equity_result({players[0].text, players[1].text}, shares, true, deals);
       result.from_table = true;
       return result;

@@ -10,6 +10,8 @@
 #include "equity/holdem_players.h"
 #include "equity/matchups.h"
 #include "equity/preflop_table.h"
+#include "equity/table_files.h"
+#include "support/data_dir.h"
 
 namespace pokermath {
 
@@ -34,19 +36,77 @@ std::pair<int64_t, int64_t> wins_and_ties(const std::array<int, 2>& hero, const 
   return {counts.deals[1], counts.deals[3]};
 }
 
+void notify(const TableProgress& progress, const std::string& text) {
+  detail::table_notice(progress ? std::function<void(std::string_view)>([&](std::string_view line) {
+                         progress(kFileName, line, kNoticeFraction);
+                       })
+                                : nullptr,
+                       text);
+}
+
+// The position of a hand (two distinct card codes) among the 1,326: hands ordered by their higher
+// card, then their lower one.
+int hand_index(int low, int high) { return high * (high - 1) / 2 + low; }
+int hand_index(const std::array<int, 2>& hand) {
+  return hand_index(std::min(hand[0], hand[1]), std::max(hand[0], hand[1]));
+}
+
+constexpr int kHands = 1326;
+
+// A loaded pre-flop table: twice the hero's wins by hero hand x 1,326 + villain hand, 0 where the
+// file has no record. One read a matchup, 7 MB.
+struct PreflopIndex {
+  std::vector<uint32_t> values = std::vector<uint32_t>(size_t{kHands} * kHands, 0);
+};
+
+// The pre-flop table of `dir`, read on first use; nullptr when it cannot be used (told once).
+std::shared_ptr<const PreflopIndex> preflop_index(const std::filesystem::path& dir, const TableProgress& progress) {
+  static std::mutex mutex;
+  static std::map<std::filesystem::path, std::shared_ptr<const PreflopIndex>> loaded;  // nullptr: damaged
+  std::lock_guard lock(mutex);
+  if (const auto it = loaded.find(dir); it != loaded.end()) return it->second;
+  const std::filesystem::path path = dir / kFileName;
+  std::error_code ec;
+  if (!std::filesystem::is_regular_file(path, ec)) return nullptr;  // looked for again next time
+
+  std::vector<char> bytes;
+  std::string problem;
+  auto index = std::make_shared<PreflopIndex>();
+  if (!read_file(widen(path.string()), bytes)) {
+    problem = "it cannot be read";
+  } else if (!detail::manifest_entry(dir, kFileName)) {
+    problem = "not listed in the manifest";
+  } else {
+    problem = detail::preflop_file_problem(bytes, path, [&](int hero, int villain, int value) {
+      uint32_t& slot = index->values[static_cast<size_t>(hand_index(hero / 64, hero % 64)) * kHands +
+                                     static_cast<size_t>(hand_index(villain / 64, villain % 64))];
+      if (slot) return std::string("the key pair repeats an earlier record");
+      slot = static_cast<uint32_t>(value);
+      return std::string();
+    });
+  }
+  if (!problem.empty()) {
+    notify(progress, std::string(kFileName) + " in '" + dir.string() + "' is damaged (" + problem +
+                         "): answering without it; 'pokermath tables --preflop --force' writes it again");
+    index = nullptr;
+  }
+  return loaded[dir] = index;
+}
+
 }  // namespace
 
 bool generate_preflop_table(const std::filesystem::path& dir, bool force, const TableProgress& progress) {
   const std::filesystem::path path = dir / kFileName;
-  if (!force && std::filesystem::exists(path)) {
-    PokerLogic probe;
-    try {
-      load_preflop_table(probe, path);
-      if (probe.m_equityTable.size() == kMatchups) return false;
-    } catch (const Error&) {
-      // damaged: generate it again
-    }
+  if (!force) {
+    const std::string problem = detail::table_problem(dir, kFileName);
+    std::error_code ec;
+    if (problem.empty() && std::filesystem::file_size(path, ec) == kMatchups * detail::kEquityRecordBytes)
+      return false;
+    if (problem != "missing") notify(progress, std::string(kFileName) + " in '" + dir.string() + "' is damaged (" +
+                                                   (problem.empty() ? "it lacks matchups" : problem) +
+                                                   "): generating it again");
   }
+  detail::check_writable(dir, kFileName, kMatchups * detail::kEquityRecordBytes);
   auto report = [&](std::string_view stage, double fraction) {
     if (progress) progress(kFileName, stage, fraction);
   };
@@ -96,8 +156,6 @@ bool generate_preflop_table(const std::filesystem::path& dir, bool force, const 
     table.m_equityTable.emplace(std::make_pair(hand_key(m.hero), hand_key(m.villain)),
                                 static_cast<int>(twice_wins.at(m.cls)));
   report("writing", 1.0);
-  std::error_code ec;
-  std::filesystem::create_directories(dir, ec);
   save_preflop_table(table, path);
   report("done", 1.0);
   return true;
@@ -106,33 +164,21 @@ bool generate_preflop_table(const std::filesystem::path& dir, bool force, const 
 namespace detail {
 
 bool preflop_table_shares(const std::filesystem::path& dir, const std::vector<HoldemPlayer>& players,
-                          std::vector<PlayerShares>& shares, double& deals) {
-  // One table per directory, loaded on first use and kept.
-  static std::mutex mutex;
-  static std::map<std::filesystem::path, std::unique_ptr<PokerLogic>> loaded;
-  const PokerLogic* logic;
-  {
-    std::lock_guard lock(mutex);
-    auto& slot = loaded[dir];
-    if (!slot) {
-      const std::filesystem::path path = dir / kFileName;
-      if (!std::filesystem::exists(path)) return false;
-      auto table = std::make_unique<PokerLogic>();
-      load_preflop_table(*table, path);
-      slot = std::move(table);
-    }
-    logic = slot.get();
-  }
+                          const TableProgress& notice, std::vector<PlayerShares>& shares, double& deals) {
+  const std::shared_ptr<const PreflopIndex> index = preflop_index(dir, notice);
+  if (!index) return false;
   double hero = 0;
   deals = 0;
-  for (const Combo& h : players[0].combos)
+  for (const Combo& h : players[0].combos) {
+    const uint32_t* row = index->values.data() + static_cast<size_t>(hand_index(h.cards)) * kHands;
     for (const Combo& v : players[1].combos) {
       if (h.mask & v.mask) continue;
-      const auto it = logic->m_equityTable.find({hand_key(h.cards), hand_key(v.cards)});
-      if (it == logic->m_equityTable.end()) return false;
-      hero += it->second * 0.5;
+      const uint32_t value = row[hand_index(v.cards)];
+      if (value == 0) return false;
+      hero += value * 0.5;
       deals += static_cast<double>(kRiverBoards);
     }
+  }
   const double nan = std::numeric_limits<double>::quiet_NaN();
   shares.assign(2, PlayerShares{nan, nan, 0, 0});
   shares[0].equity = hero / deals;

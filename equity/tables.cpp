@@ -1,14 +1,18 @@
 // PokerLogic's pre-flop, turn and five-card combination tables: their binary files, the text report
 // through which equity tables are produced and imported, and the pokermath:: front for the
 // pre-flop table file.
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <fstream>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 
+#include "equity/preflop_table.h"
 #include "equity/table_files.h"
+#include "support/data_dir.h"
 #include "pokermath/equity.h"
 
 using namespace pokermath::detail;
@@ -291,12 +295,16 @@ std::string preflop_entry_problem(int hero_key, int villain_key, int value) {
 }
 
 std::string entry_text(int hero_key, int villain_key, int value) {
-  return "(" + std::to_string(hero_key) + ", " + std::to_string(villain_key) + ", " + std::to_string(value) + ")";
+  std::string text(1, '(');
+  for (const int n : {hero_key, villain_key, value}) text += std::to_string(n) + ", ";
+  text.resize(text.size() - 2);
+  return text + ')';
 }
 
 std::vector<char> read_bytes(const fs::path& path) {
   std::error_code error;
-  if (!fs::is_regular_file(path, error)) throw Error("pre-flop table file " + quoted(path) + " is missing");
+  if (!fs::exists(path, error)) throw Error("pre-flop table file " + quoted(path) + " is missing");
+  if (!fs::is_regular_file(path, error)) throw Error("pre-flop table file " + quoted(path) + " is not a regular file");
   std::ifstream in(path, std::ios::binary);
   const auto size = fs::file_size(path, error);
   std::vector<char> bytes(error ? 0 : size);
@@ -305,47 +313,63 @@ std::vector<char> read_bytes(const fs::path& path) {
   return bytes;
 }
 
+fs::path directory_of(const fs::path& path) { return path.has_parent_path() ? path.parent_path() : fs::path("."); }
+
 }  // namespace
+
+namespace detail {
+
+std::string preflop_file_problem(const std::vector<char>& bytes, const fs::path& path,
+                                 const std::function<std::string(int hero_key, int villain_key, int value)>& record) {
+  if (bytes.size() % kEquityRecordBytes != 0)
+    return "its " + std::to_string(bytes.size()) + " bytes are not a whole number of " +
+           std::to_string(kEquityRecordBytes) + "-byte records";
+  Checksum checksum;
+  checksum.update(bytes.data(), bytes.size());
+  const ManifestEntry content{bytes.size(), checksum.digest()};
+  // A directory that lists the file vouches for its bytes; one that does not (a table saved by hand
+  // elsewhere) leaves the records' own checks.
+  if (manifest_entry(directory_of(path), path.filename().string()))
+    if (std::string problem = table_problem(directory_of(path), path.filename().string(), content); !problem.empty())
+      return problem;
+  for (size_t at = 0; at < bytes.size(); at += kEquityRecordBytes) {
+    const auto [hero, villain, value] = decode_record<3>(bytes.data() + at);
+    std::string problem = preflop_entry_problem(hero, villain, value);
+    if (problem.empty()) problem = record(hero, villain, value);
+    if (!problem.empty())
+      return "record " + std::to_string(at / kEquityRecordBytes + 1) + " " + entry_text(hero, villain, value) + ": " +
+             problem;
+  }
+  return "";
+}
+
+}  // namespace detail
 
 void save_preflop_table(const PokerLogic& logic, const fs::path& path) {
   for (const auto& [keys, value] : logic.m_equityTable)
     if (const std::string problem = preflop_entry_problem(keys.first, keys.second, value); !problem.empty())
       throw Error("cannot save pre-flop table entry " + entry_text(keys.first, keys.second, value) + ": " + problem);
   const std::vector<char> bytes = equity_records(logic.m_equityTable, [](const std::pair<int, int>&, int) {});
-
-  // Written under a temporary name and renamed, so that no reader ever sees half a table.
-  fs::path temporary = path;
-  temporary += ".tmp";
-  std::ofstream out(temporary, std::ios::binary | std::ios::trunc);
-  out.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
-  out.close();
   std::error_code error;
-  if (out) fs::rename(temporary, path, error);
-  if (!out || error) {
-    fs::remove(temporary, error);
-    throw Error("cannot write pre-flop table file " + quoted(path));
-  }
+  if (!fs::is_directory(directory_of(path), error))
+    throw Error("cannot write pre-flop table file " + quoted(path) + ": " + std::strerror(ENOENT));
+  // Written under a temporary name, renamed into place and listed in the directory's manifest.
+  detail::write_table(directory_of(path), path.filename().string(), bytes.size(), [&](const fs::path& temporary) {
+    return pokermath::write_file(widen(temporary.string()), bytes.data(), bytes.size());
+  });
 }
 
 size_t load_preflop_table(PokerLogic& logic, const fs::path& path) {
   const std::vector<char> bytes = read_bytes(path);
-  const std::string damaged = "pre-flop table file " + quoted(path) + " is damaged: ";
-  if (bytes.size() % kEquityRecordBytes != 0)
-    throw Error(damaged + "its " + std::to_string(bytes.size()) + " bytes are not a whole number of " +
-                std::to_string(kEquityRecordBytes) + "-byte records");
-
   EquityTable table;
-  for (size_t at = 0; at < bytes.size(); at += kEquityRecordBytes) {
-    const auto [hero, villain, value] = decode_record<3>(bytes.data() + at);
-    std::string problem = preflop_entry_problem(hero, villain, value);
-    if (const size_t before = table.size(); problem.empty()) {
-      table.try_emplace(table.end(), std::pair{hero, villain}, value);
-      if (table.size() == before) problem = "the key pair repeats an earlier record";
-    }
-    if (!problem.empty())
-      throw Error(damaged + "record " + std::to_string(at / kEquityRecordBytes + 1) + " " +
-                  entry_text(hero, villain, value) + ": " + problem);
-  }
+  const std::string problem = detail::preflop_file_problem(bytes, path, [&](int hero, int villain, int value) {
+    const size_t before = table.size();
+    table.try_emplace(table.end(), std::pair{hero, villain}, value);
+    return table.size() > before ? std::string() : std::string("the key pair repeats an earlier record");
+  });
+  if (!problem.empty())
+    throw Error("pre-flop table file " + quoted(path) + " is damaged: " + problem +
+                " (pokermath tables --preflop --force writes it again)");
   logic.m_equityTable = std::move(table);
   return logic.m_equityTable.size();
 }

@@ -98,6 +98,14 @@ int evaluate_id(uint64_t id) {
   return pokermath::category_scale_value(best_fast(words, n));
 }
 
+// True when every entry, as a position, leaves room for a card: p + 52 inside HR. Values (the
+// seventh card's entries) are small and pass too.
+bool entries_stay_inside(const std::vector<uint32_t, pokermath::TableAllocator<uint32_t>>& HR) {
+  uint32_t highest = 0;
+  for (const uint32_t entry : HR) highest = std::max(highest, entry);
+  return highest <= static_cast<uint32_t>(PokerLogic::kTableEntries - kBlock);
+}
+
 }  // namespace
 
 namespace pokermath {
@@ -147,7 +155,9 @@ int PokerLogic::generate_table(CString path) {
   m_HR.assign(kTableEntries, 0);
   if (pokermath::file_size(path) == kTableBytes) {
     std::ifstream in(pokermath::to_path(path), std::ios::binary);
-    if (in.read(reinterpret_cast<char*>(m_HR.data()), kTableBytes)) return 0;
+    // A file whose entries would lead a look-up outside the table is damaged: it is generated again
+    // like a file of the wrong size, so that no later look-up reads past HR.
+    if (in.read(reinterpret_cast<char*>(m_HR.data()), kTableBytes) && entries_stay_inside(m_HR)) return 0;
     std::fill(m_HR.begin(), m_HR.end(), 0);
   }
 

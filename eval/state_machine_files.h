@@ -25,7 +25,8 @@ inline constexpr StateMachineFile kSixPlus7File{L"six-plus-7.bin", "OFSM Six Plu
 
 // Reads a table file at `path`, checking it against `file`. A file that cannot be opened is reported
 // with ShowMessage("Error: Can not open file <name>"); a short header, another magic, other
-// dimensions or a short body fail silently. Returns memory from allocate_table_memory, or nullptr.
+// dimensions, a short body or an entry that would lead a walk outside the table fail silently.
+// Returns memory from allocate_table_memory, or nullptr.
 int* load_state_machine(const std::wstring& path, const StateMachineFile& file);
 
 // Writes a table in the file format: 16-byte magic, deck size, cards per hand, entry count (u64),

@@ -34,6 +34,15 @@ bool magic_matches(const char* stored, const char* expected) {
   return std::strncmp(stored, expected, std::min<size_t>(16, std::strlen(expected))) == 0;
 }
 
+// True when every entry, read as a state, keeps a walk inside the table: state + code < entries
+// for every code below the deck size. Values (the last card's entries) are small and pass too. One
+// pass at load, vectorised: about 20 ms for the largest table.
+bool entries_stay_inside(const int* table, uint64_t entries, uint64_t deck) {
+  uint32_t highest = 0;  // a negative entry reads as a huge one
+  for (uint64_t i = 0; i < entries; ++i) highest = std::max(highest, static_cast<uint32_t>(table[i]));
+  return highest <= entries - deck;
+}
+
 }  // namespace
 
 int* load_state_machine(const std::wstring& path, const StateMachineFile& file) {
@@ -46,9 +55,16 @@ int* load_state_machine(const std::wstring& path, const StateMachineFile& file) 
   if (!in.read(reinterpret_cast<char*>(&header), kHeaderBytes)) return nullptr;  // short header: silent
   if (!magic_matches(header.magic, file.magic)) return nullptr;
   if (header.deck_size != file.deck_size || header.cards != file.cards) return nullptr;
-  if (header.entries > (uint64_t{1} << 31)) return nullptr;
-  int* table = static_cast<int*>(allocate_table_memory(header.entries * 4));
-  if (!in.read(reinterpret_cast<char*>(table), static_cast<std::streamsize>(header.entries * 4))) {
+  // A walk starts at state deck_size and reads T[state + code]: a table smaller than two decks, or
+  // a body shorter than the header announces, cannot be walked (and is not allocated).
+  const uint64_t entries = header.entries;
+  const uint64_t deck = static_cast<uint64_t>(file.deck_size);
+  if (entries > (uint64_t{1} << 31) || entries < 2 * deck ||
+      file_size(path) < static_cast<int64_t>(kHeaderBytes + entries * 4))
+    return nullptr;
+  int* table = static_cast<int*>(allocate_table_memory(entries * 4));
+  if (!in.read(reinterpret_cast<char*>(table), static_cast<std::streamsize>(entries * 4)) ||
+      !entries_stay_inside(table, entries, deck)) {
     free_table_memory(table);
     return nullptr;
   }

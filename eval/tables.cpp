@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "eval/state_machine_files.h"
+#include "support/data_dir.h"
 #include "pokermath/eval.h"
 
 namespace pokermath {
@@ -28,6 +29,28 @@ const StateMachineFile* machine_file(TableFile file) {
 
 std::wstring wide_path(const std::filesystem::path& dir, TableFile file) {
   return widen((dir / std::string(table_file_name(file))).string());
+}
+
+// The size of each file, for the free-space check before it is generated.
+uint64_t expected_bytes(TableFile file) {
+  switch (file) {
+    case TableFile::Texas7: return 113585296;
+    case TableFile::Omaha7: return 311201104;
+    case TableFile::SixPlus5: return 248720;
+    case TableFile::SixPlus7: return 10538096;
+    case TableFile::SevenCardLookup: return uint64_t{PokerLogic::kTableEntries} * 4;
+  }
+  return 0;
+}
+
+// Tells the user that a table in `dir` cannot be trusted and is generated again.
+void table_notice(const TableProgress& progress, const std::string& name, const std::filesystem::path& dir,
+                  const std::string& problem) {
+  const std::string text = name + " in '" + dir.string() + "' is damaged (" + problem + "): generating it again";
+  detail::table_notice(progress ? std::function<void(std::string_view)>(
+                                      [&](std::string_view line) { progress(name, line, kNoticeFraction); })
+                                : nullptr,
+                       text);
 }
 
 detail::StateMachine build_machine(TableFile file, const detail::BuildProgress& progress) {
@@ -73,37 +96,31 @@ std::filesystem::path default_data_directory() {
 }
 
 bool table_file_valid(const std::filesystem::path& dir, TableFile file) {
-  const std::wstring path = wide_path(dir, file);
-  if (const StateMachineFile* machine = machine_file(file)) return detail::state_machine_file_valid(path, *machine);
-  return file_size(path) == int64_t{PokerLogic::kTableEntries} * 4;
+  if (!detail::table_problem(dir, table_file_name(file)).empty()) return false;
+  const StateMachineFile* machine = machine_file(file);
+  return !machine || detail::state_machine_file_valid(wide_path(dir, file), *machine);
 }
 
 bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool force, const TableProgress& progress) {
-  if (!force && table_file_valid(dir, file)) return false;
-  std::error_code ec;
-  std::filesystem::create_directories(dir, ec);
-  if (ec) throw Error("cannot create the data directory '" + dir.string() + "': " + ec.message());
   const std::string name(table_file_name(file));
+  if (!force) {
+    const std::string problem = detail::table_problem(dir, name);
+    if (problem.empty()) return false;
+    if (problem != "missing") table_notice(progress, name, dir, problem);
+  }
   auto report = [&](const std::string& stage, double fraction) {
     if (progress) progress(name, stage, fraction);
   };
-  // Written under a temporary name and renamed, so that a reader never sees a half-written table.
-  const std::filesystem::path final_path = dir / name, temp_path = dir / (name + ".partial");
-  bool written;
-  if (const StateMachineFile* machine = machine_file(file)) {
-    const detail::StateMachine table = build_machine(file, report);
-    report("writing", 1.0);
-    written = detail::save_state_machine(widen(temp_path.string()), *machine, table);
-  } else {
+  detail::write_table(dir, name, expected_bytes(file), [&](const std::filesystem::path& temporary) {
+    if (const StateMachineFile* machine = machine_file(file)) {
+      const detail::StateMachine table = build_machine(file, report);
+      report("writing", 1.0);
+      return detail::save_state_machine(widen(temporary.string()), *machine, table);
+    }
     report("generating", 0.0);
     auto logic = std::make_unique<PokerLogic>();
-    written = logic->generate_table(widen(temp_path.string())) == 0;
-  }
-  if (written) std::filesystem::rename(temp_path, final_path, ec);
-  if (!written || ec) {
-    std::filesystem::remove(temp_path, ec);
-    throw Error("cannot write the table file '" + final_path.string() + "'");
-  }
+    return logic->generate_table(widen(temporary.string())) == 0;
+  });
   report("done", 1.0);
   return true;
 }

@@ -370,7 +370,7 @@ TEST(PreflopTableFile, SavingRefusesEntriesThatCouldNotBeLoadedBackAndUnwritable
   logic.m_equityTable.erase({hand_key(0, 5), hand_key(1, 6)});
   const auto unwritable = dir / "no" / "such" / "pre.dat";
   EXPECT_EQ(error_of([&] { pokermath::save_preflop_table(logic, unwritable); }),
-            "cannot write pre-flop table file '" + unwritable.string() + "'");
+            "cannot write pre-flop table file '" + unwritable.string() + "': No such file or directory");
 }
 
 }  // namespace

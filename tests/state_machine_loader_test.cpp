@@ -30,8 +30,8 @@ class StateMachineLoader : public testing::Test {
     fs::remove_all(m_dir);
   }
 
-  // Writes a table file: header fields as given, then `entries` 32-bit values (i * 3), cut to
-  // `body_bytes` when that is not negative.
+  // Writes a table file: header fields as given, then `entries` 32-bit values (i / 2, states that
+  // stay inside a table of two decks or more), cut to `body_bytes` when that is not negative.
   static void write_file(const char* name, const char* magic, int32_t deck, int32_t cards, uint64_t entries,
                          int64_t body_bytes = -1, int64_t header_bytes = 32) {
     char header[32] = {};
@@ -42,7 +42,7 @@ class StateMachineLoader : public testing::Test {
     std::ofstream out(name, std::ios::binary);
     out.write(header, header_bytes);
     std::vector<int32_t> body(entries);
-    for (size_t i = 0; i < body.size(); ++i) body[i] = static_cast<int32_t>(i * 3);
+    for (size_t i = 0; i < body.size(); ++i) body[i] = static_cast<int32_t>(i / 2);
     out.write(reinterpret_cast<const char*>(body.data()),
               body_bytes < 0 ? static_cast<std::streamsize>(body.size() * 4) : body_bytes);
   }
@@ -59,7 +59,7 @@ TEST_F(StateMachineLoader, MissingFileIsReportedAndRetried) {
   EXPECT_EQ(fsm5::six_plus_fsm7, nullptr);
   write_file("six-plus-7.bin", "OFSM Six Plus 7", 36, 7, 100);
   EXPECT_EQ(fsm5::load_fsm7(), 1);  // the next call tries again
-  EXPECT_EQ(fsm5::six_plus_fsm7[99], 297);
+  EXPECT_EQ(fsm5::six_plus_fsm7[99], 49);
   EXPECT_EQ(m_messages.size(), 1u);
 }
 
@@ -74,12 +74,21 @@ TEST_F(StateMachineLoader, DamagedFilesFailSilently) {
   EXPECT_EQ(load_texasfsm7(), 0);
   write_file("texas-7.bin", "OFSM Texas 7", 52, 7, 10, 39);  // a body one byte short
   EXPECT_EQ(load_texasfsm7(), 0);
+  write_file("texas-7.bin", "OFSM Texas 7", 52, 7, 103);  // smaller than two decks: no walk fits
+  EXPECT_EQ(load_texasfsm7(), 0);
+  write_file("texas-7.bin", "OFSM Texas 7", 52, 7, 200);
+  std::fstream patch("texas-7.bin", std::ios::binary | std::ios::in | std::ios::out);
+  const int32_t outside = 149;  // a walk from state 149 reads entry 149 + 51, past the end
+  patch.seekp(32 + 4 * 10);
+  patch.write(reinterpret_cast<const char*>(&outside), 4);
+  patch.close();
+  EXPECT_EQ(load_texasfsm7(), 0);
   EXPECT_TRUE(m_messages.empty());
   EXPECT_EQ(texasfsm7::table, nullptr);
 }
 
 TEST_F(StateMachineLoader, ATableInMemoryIsKeptUntilFreed) {
-  write_file("six-plus-5.bin", "OFSM Six Plus 5", 36, 5, 50);
+  write_file("six-plus-5.bin", "OFSM Six Plus 5", 36, 5, 100);
   EXPECT_EQ(fsm5::load_fsm5(), 1);
   const int* first = fsm5::six_plus_fsm5;
   fs::remove("six-plus-5.bin");

@@ -381,19 +381,30 @@ TableFile table_file_from_name(std::string_view name);
 // The data directory: $POKERMATH_DATA_DIR, else $XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.
 std::filesystem::path default_data_directory();
 
-// True when `dir` holds the file with the right header and size.
+// The data directory keeps "manifest.txt" beside the tables: each file's size and content checksum,
+// written when the library writes the file. A table that is missing, not listed, or whose size or
+// checksum differs from its entry is not trusted: the calls below generate it again.
+
+// True when `dir` holds the file with the right header and size, matching its manifest entry.
 bool table_file_valid(const std::filesystem::path& dir, TableFile file);
 
-// Progress of a long table job: the file, a stage and a fraction 0..1.
+// Progress of a long table job: the file, a stage and a fraction 0..1. A call with the fraction
+// kNoticeFraction is a notice for the user instead, a line of its own in `stage` (a damaged table
+// found and generated again).
 using TableProgress = std::function<void(std::string_view file, std::string_view stage, double fraction)>;
+inline constexpr double kNoticeFraction = -1.0;
 
 // Writes the file into `dir` (created if needed) unless it is already valid there and `force` is
-// false. Returns true when it was written. Throws Error when the file cannot be written.
+// false. Returns true when it was written. A damaged file is reported through `progress` (or on
+// standard error without one) before it is written again. The file is written under a temporary
+// name of this writer and renamed into place, so concurrent writers and readers never see half a
+// table; partial files of writers that died are removed. Throws Error naming the reason when the
+// file cannot be written (no permission, no space left on the device, ...).
 bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool force = false,
                          const TableProgress& progress = {});
 
 // Makes a state-machine table available to the classic evaluators (texasfsm7::table, ...): loads it
-// from `dir`, generating it there first when missing or damaged. Does nothing when it is already in
+// from `dir`, generating it there first when missing or damaged (checked against the manifest). Does nothing when it is already in
 // memory. Throws Error for SevenCardLookup (PokerLogic::generate_table loads that one) or on failure.
 void load_table(TableFile file, const std::filesystem::path& dir, const TableProgress& progress = {});
 
