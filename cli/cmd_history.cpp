@@ -30,9 +30,13 @@ void run_history(const HistoryOptions& options) {
   for (const std::string& line : read.lines) std::cout << line << "\n";
   std::cout << "-- " << read.lines.size() << (read.lines.size() == 1 ? " line" : " lines") << " ("
             << encoding_name(read.encoding) << "); resume with --from " << read.position << "\n";
-  if (read.held_bytes > 0) {
-    std::cout << "-- the last " << read.held_bytes
-              << " bytes are an unfinished line, held back until its line end is written\n";
+  // The resume offset never points inside a character: with --include-partial only half a UTF-16
+  // code unit can be left over, and the next run reads it once its other byte is written.
+  if (read.held_bytes > 0 && options.include_partial) {
+    std::cout << "-- the last byte is half a UTF-16 character, held back until the rest is written\n";
+  } else if (read.held_bytes > 0) {
+    std::cout << "-- the last " << read.held_bytes << (read.held_bytes == 1 ? " byte is" : " bytes are")
+              << " an unfinished line, held back until its line end is written\n";
   }
 }
 
@@ -46,7 +50,8 @@ void add_history_command(CLI::App& app) {
       "offset to pass as --from next time, so a file that a poker client is still writing can be\n"
       "followed. The encoding is detected: UTF-8 with or without byte-order mark, UTF-16 LE or BE\n"
       "with byte-order mark, else the narrow code page. A last line without its line end is held\n"
-      "back for the next call unless --include-partial is given.\n\n"
+      "back for the next call unless --include-partial is given (the offset printed is then the end\n"
+      "of the file, or before half a UTF-16 character the writer has not finished).\n\n"
       "Examples:\n"
       "  pokermath history HH20240101.txt\n"
       "  pokermath history HH20240101.txt --from 18230 --json");

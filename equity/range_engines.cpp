@@ -6,6 +6,7 @@
 // hands exactly as the seven-card table's values do, so every form reads that table: the board's
 // state is carried from loop to loop and each combination costs two or three reads.
 #include <algorithm>
+#include <map>
 #include <unordered_map>
 #include <vector>
 
@@ -19,6 +20,7 @@ using namespace pokermath::detail;
 namespace {
 
 using Combination = std::pair<int, int>;
+using EquityTable = std::map<std::pair<int, int>, int>;
 
 // The table value of a hand whose state after all its cards is `state`: seven cards reach a value
 // directly, five or six keep theirs in entry 0 of the block.
@@ -63,19 +65,34 @@ double exhaustive(const uint32_t* HR, const int* hole, const int* board, int boa
   return score / count;
 }
 
-// Every kept combination's matchup through `win`, each class of matchups equal up to suits computed
-// once; the sums are taken in index order, so the result does not depend on the thread count.
+// The key pair GetWinHandVsHand (and its turn form) looks up: each hand as lower card x 64 + higher.
+std::pair<int, int> table_keys(const int* hero, const int* villain) {
+  auto key = [](const int* hand) { return std::min(hand[0], hand[1]) * 64 + std::max(hand[0], hand[1]); };
+  return {key(hero), key(villain)};
+}
+
+// Every kept combination's matchup through `win` (GetWinHandVsHand or its turn form, which answer
+// from `table` first). A combination the table holds is asked on its own, so its entry applies to
+// it alone. The others are grouped by class of matchups equal up to suits and each class asked
+// once: their answers (the symmetric shortcut or the enumeration) do not change under a permutation
+// of suits, and no member of a class is in the table. The sums are taken in index order, so the
+// result does not depend on the thread count.
 template <typename Win>
-double per_matchup(const int* hole, const Spec& spec, bool parallel, Win win) {
+double per_matchup(const int* hole, const Spec& spec, const EquityTable& table, bool parallel, Win win) {
   std::vector<Combination> kept;
   for (const auto& c : spec.m_hands)
     if (c.first != hole[0] && c.first != hole[1] && c.second != hole[0] && c.second != hole[1]) kept.push_back(c);
   const int m = static_cast<int>(kept.size());
   std::vector<int> class_of(m);
-  std::vector<int> representative;  // the first combination of each class
+  std::vector<int> representative;  // the first combination of each class; a held one is its own class
   std::unordered_map<uint32_t, int> index;
   for (int i = 0; i < m; ++i) {
     const int villain[2] = {kept[i].first, kept[i].second};
+    if (!table.empty() && table.contains(table_keys(hole, villain))) {
+      class_of[i] = static_cast<int>(representative.size());
+      representative.push_back(i);
+      continue;
+    }
     const auto [it, added] = index.emplace(matchup_class(hole, villain), static_cast<int>(representative.size()));
     if (added) representative.push_back(i);
     class_of[i] = it->second;
@@ -136,7 +153,7 @@ double PokerLogic::getProbabilityOfWinBySpectr(const int* hole, const int* board
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoard(const int* hole, const Spec& range) const {
-  return per_matchup(hole, range, true, [&](const int* villain, double& wins, double& boards) {
+  return per_matchup(hole, range, m_equityTable, true, [&](const int* villain, double& wins, double& boards) {
     GetWinHandVsHand(hole, villain, wins, boards);
   });
 }
@@ -164,7 +181,7 @@ double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToFlop(const int* hole,
 }
 
 double PokerLogic::getProbabilityOfWinBySpectrWithNoBoardToTurn(const int* hole, const Spec& range) const {
-  return per_matchup(hole, range, false, [&](const int* villain, double& wins, double& boards) {
+  return per_matchup(hole, range, m_equityTurnTable, false, [&](const int* villain, double& wins, double& boards) {
     GetWinHandVsHandToTurn(hole, villain, wins, boards);
   });
 }

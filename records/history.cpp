@@ -1,3 +1,4 @@
+#include <string>
 #include <system_error>
 
 #include "pokermath/records.h"
@@ -23,6 +24,17 @@ bool anything_at(const fs::path& path) {
   return fs::exists(path, ec);
 }
 
+// Why a path that exists is no hand-history file, for the message that names it.
+std::string not_a_file(const std::string& name, fs::file_type type) {
+  const char* kind = type == fs::file_type::directory   ? "a directory"
+                     : type == fs::file_type::fifo      ? "a FIFO (named pipe)"
+                     : type == fs::file_type::character ? "a character device"
+                     : type == fs::file_type::block     ? "a block device"
+                     : type == fs::file_type::socket    ? "a socket"
+                                                        : nullptr;
+  return kind ? name + " is " + kind + ", not a hand-history file" : name + " is not a regular file";
+}
+
 // The classic readers differ only in the encoding of files without a byte-order mark and in
 // whether a file that cannot be opened is reported to the user.
 int read_history_file(const CString& path, int64_t& position, CStringArray& lines, pokermath::TextEncoding without_bom,
@@ -37,7 +49,9 @@ int read_history_file(const CString& path, int64_t& position, CStringArray& line
   }
   if (!text.seek(position)) return -2;
   std::wstring line;
-  while (text.read_line(line, pokermath::PartialLine::Hold)) {
+  // These readers take the file as it is: a last line without a line end is returned too, and the
+  // position moves past it (what a writer appends to it later comes back as a line of its own).
+  while (text.read_line(line, pokermath::PartialLine::Include)) {
     if (!line.empty()) lines.push_back(trimmed(line));
   }
   position = text.position();
@@ -67,8 +81,8 @@ HistoryLines read_history(const fs::path& path, int64_t from, PartialLine partia
   name.append(path.string()).append("'");
   std::error_code ec;
   if (!fs::exists(path, ec)) throw Error("no such file: " + name);
-  if (fs::is_directory(path, ec)) throw Error(name + " is a directory, not a hand-history file");
-  if (!fs::is_regular_file(path, ec)) throw Error(name + " is not a regular file");
+  if (const fs::file_type type = fs::status(path, ec).type(); type != fs::file_type::regular)
+    throw Error(not_a_file(name, type));
   if (from < 0) throw Error("position " + std::to_string(from) + " is negative");
   TextFile text;
   if (!text.open(path)) throw Error("cannot open " + name + " for reading");

@@ -86,7 +86,7 @@ std::wstring decode_utf16(std::string_view bytes, bool big_endian) {
     }
     out.push_back(unit >= 0xD800 && unit <= 0xDFFF ? L'\xFFFD' : static_cast<wchar_t>(unit));
   }
-  if (i < bytes.size()) out.push_back(L'\xFFFD');  // half a code unit: the file ends inside it
+  if (i < bytes.size()) out.push_back(L'\xFFFD');  // half a code unit (read_line passes whole units only)
   return out;
 }
 
@@ -227,14 +227,15 @@ bool TextFile::read_line(std::wstring& line, PartialLine partial) {
     return true;
   }
 
+  // The last line has no line end. Included, it still stops at the last whole code unit: a lone
+  // byte of UTF-16 is half a character the writer has not finished, and the position after it
+  // would be odd, inside that character.
   const size_t rest = m_buffer.size() - m_next;
-  if (rest == 0) return false;
-  if (partial == PartialLine::Hold) {
-    m_held_bytes = static_cast<int64_t>(rest);
-    return false;
-  }
-  line = decode(m_next, m_buffer.size());
-  m_next = m_buffer.size();
+  const size_t whole = partial == PartialLine::Include ? rest - rest % unit : 0;
+  m_held_bytes = static_cast<int64_t>(rest - whole);
+  if (whole == 0) return false;
+  line = decode(m_next, m_next + whole);
+  m_next += whole;
   return true;
 }
 

@@ -1,6 +1,7 @@
 // Hand-history files followed from a stored position: the three classic readers and read_history,
 // on every encoding, on files that grow, lose their last line's end for a while, or disappear.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <random>
@@ -80,10 +81,10 @@ TEST(HistoryFile, PathsStartingWith888pokerAreReadAsNarrowText) {
   std::filesystem::current_path(previous);
 }
 
-// A writer stopped in the middle of a line: the reader returns the lines before it and a position
-// at its start; the next call returns it whole once its line end is there, never half of it, and
-// never the lines an earlier call returned.
-TEST(HistoryFile, AnUnfinishedLastLineComesWholeOnALaterCall) {
+// A file whose last line has no line end: the classic readers return that line too and move past
+// it, so what a writer adds to it later comes as a line of its own; read_history holds it back and
+// returns it whole once its line end is there, never half of it, never twice.
+TEST(HistoryFile, ALastLineWithoutItsLineEndIsReturnedByTheClassicReadersOnly) {
   TempDir dir;
   const auto path = dir / "hh.txt";
   for (auto [reader, name] : kReaders) {
@@ -91,24 +92,38 @@ TEST(HistoryFile, AnUnfinishedLastLineComesWholeOnALaterCall) {
     int64_t position = 0;
     CStringArray lines;
     ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, CStringArray{L"Seat 1: alice"}) << name;
-    EXPECT_EQ(position, 14) << name;
-    ASSERT_EQ(reader(wide(path), position, lines), 0);  // the writer has not moved on
-    EXPECT_TRUE(lines.empty()) << name;
-    EXPECT_EQ(position, 14) << name;
+    EXPECT_EQ(lines, (CStringArray{L"Seat 1: alice", L"Seat 2: b"})) << name;
+    EXPECT_EQ(position, 23) << name;
     test_util::append_bytes(path, "ob (200)\r");
-    ASSERT_EQ(reader(wide(path), position, lines), 0);  // CR without LF: still unfinished
-    EXPECT_TRUE(lines.empty()) << name;
-    test_util::append_bytes(path, "\nSeat 3: carol\n");
     ASSERT_EQ(reader(wide(path), position, lines), 0);
-    EXPECT_EQ(lines, (CStringArray{L"Seat 2: bob (200)", L"Seat 3: carol"})) << name;
+    EXPECT_EQ(lines, CStringArray{L"ob (200)"}) << name;  // the CR is trimmed
+    test_util::append_bytes(path, "\nSeat 3: carol\n");
+    ASSERT_EQ(reader(wide(path), position, lines), 0);  // the LF ends an empty line, skipped
+    EXPECT_EQ(lines, CStringArray{L"Seat 3: carol"}) << name;
+    EXPECT_EQ(position, 47) << name;
   }
+
+  test_util::write_bytes(path, "Seat 1: alice\nSeat 2: b");
+  pokermath::HistoryLines read = pokermath::read_history(path);
+  EXPECT_EQ(read.lines, std::vector<std::string>{"Seat 1: alice"});
+  EXPECT_EQ(read.position, 14);
+  EXPECT_EQ(read.held_bytes, 9);
+  test_util::append_bytes(path, "ob (200)\r");  // CR without LF: still unfinished
+  read = pokermath::read_history(path, read.position);
+  EXPECT_TRUE(read.lines.empty());
+  EXPECT_EQ(read.position, 14);
+  test_util::append_bytes(path, "\nSeat 3: carol\n");
+  read = pokermath::read_history(path, read.position);
+  EXPECT_EQ(read.lines, (std::vector<std::string>{"Seat 2: bob (200)", "Seat 3: carol"}));
+  EXPECT_EQ(read.position, 47);
+  EXPECT_EQ(read.held_bytes, 0);
 }
 
-// Every Unicode encoding with either line end, read whole and read after every piece of a random
-// cutting (through lines, CR LF pairs, multi-byte characters and UTF-16 units): the lines come out
-// trimmed, empty lines skipped, each exactly once, and the position ends at the end of the file.
-TEST(HistoryFile, EveryEncodingReadWholeOrInRandomPiecesLosesAndSplitsNothing) {
+// Every Unicode encoding with either line end, the last line ended or not: the classic readers
+// return every line once, trimmed, empty lines skipped, and stop at the end of the file.
+// read_history follows the same file written in random pieces (cut through lines, CR LF pairs,
+// multi-byte characters and UTF-16 units) and loses, splits and repeats nothing.
+TEST(HistoryFile, EveryEncodingReadWholeOrFollowedInRandomPiecesLosesAndSplitsNothing) {
   TempDir dir;
   const auto path = dir / "hh.txt";
   std::mt19937 engine(11);
@@ -118,30 +133,42 @@ TEST(HistoryFile, EveryEncodingReadWholeOrInRandomPiecesLosesAndSplitsNothing) {
     text += kHand;
     expected.insert(expected.end(), kHandLines.begin(), kHandLines.end());
   }
-  for (const std::wstring& ended : {text, with_crlf(text)})
-    for (const Encoded& file : in_every_unicode_encoding(ended))
-      for (auto [reader, name] : kReaders) {
-        const std::string where = std::string(name) + " " + file.name;
+  const std::wstring last = L"Seat 9: dave \u20ac";
+  std::vector<std::string> followed;  // read_history's lines: UTF-8, blank ones left out
+  for (const CString& line : expected)
+    if (!line.empty()) followed.push_back(pokermath::narrow(line));
+  for (bool ended : {true, false})
+    for (const std::wstring& body : {text, with_crlf(text)})
+      for (const Encoded& file : in_every_unicode_encoding(ended ? body : body + last)) {
         const int64_t size = static_cast<int64_t>(file.bytes.size());
+        CStringArray all = expected;
+        if (!ended) all.push_back(last);
         test_util::write_bytes(path, file.bytes);
-        int64_t position = 0;
-        CStringArray whole = {L"stale"};
-        ASSERT_EQ(reader(wide(path), position, whole), 0) << where;
-        EXPECT_EQ(whole, expected) << where;
-        EXPECT_EQ(position, size) << where;
+        for (auto [reader, name] : kReaders) {
+          const std::string where = std::string(name) + " " + file.name + (ended ? "" : ", last line not ended");
+          int64_t position = 0;
+          CStringArray lines = {L"stale"};
+          ASSERT_EQ(reader(wide(path), position, lines), 0) << where;
+          EXPECT_EQ(lines, all) << where;
+          EXPECT_EQ(position, size) << where;
+          ASSERT_EQ(reader(wide(path), position, lines), 0) << where;
+          EXPECT_TRUE(lines.empty()) << where;
+        }
+        if (!ended) continue;
 
         test_util::write_bytes(path, "");
-        CStringArray pieces, lines;
-        position = 0;
+        std::vector<std::string> pieces;
+        int64_t position = 0;
         for (size_t written = 0; written < file.bytes.size();) {
           const size_t piece = std::min<size_t>(1 + engine() % 40, file.bytes.size() - written);
           test_util::append_bytes(path, file.bytes.substr(written, piece));
           written += piece;
-          ASSERT_EQ(reader(wide(path), position, lines), 0) << where;
-          pieces.insert(pieces.end(), lines.begin(), lines.end());
+          const pokermath::HistoryLines read = pokermath::read_history(path, position);
+          pieces.insert(pieces.end(), read.lines.begin(), read.lines.end());
+          position = read.position;
         }
-        EXPECT_EQ(pieces, expected) << where;
-        EXPECT_EQ(position, size) << where;
+        EXPECT_EQ(pieces, followed) << file.name;
+        EXPECT_EQ(position, size) << file.name;
       }
 }
 
@@ -219,6 +246,19 @@ TEST(ReadHistory, ReturnsUtf8LinesWithoutBlanksAndThePositionToResumeFrom) {
   EXPECT_EQ(read.lines, std::vector<std::string>{"Seat 9: ev"});
   EXPECT_EQ(read.position, size);
   EXPECT_EQ(read.held_bytes, 0);
+
+  // The writer is in the middle of a UTF-16 unit: even an included last line stops before it, at
+  // a position a later call accepts, and the unit comes whole once written.
+  test_util::append_bytes(path, "e");
+  const int64_t from = read.position;
+  read = pokermath::read_history(path, from, pokermath::PartialLine::Include);
+  EXPECT_TRUE(read.lines.empty());
+  EXPECT_EQ(read.position, from);
+  EXPECT_EQ(read.held_bytes, 1);
+  test_util::append_bytes(path, "\0"s);
+  read = pokermath::read_history(path, read.position, pokermath::PartialLine::Include);
+  EXPECT_EQ(read.lines, std::vector<std::string>{"e"});
+  EXPECT_EQ(read.position, from + 2);
 }
 
 TEST(ReadHistory, RejectsWhatItCannotReadNamingIt) {
@@ -231,7 +271,10 @@ TEST(ReadHistory, RejectsWhatItCannotReadNamingIt) {
   };
   EXPECT_EQ(message(dir / "none.txt", 0), "no such file: '" + (dir / "none.txt").string() + "'");
   EXPECT_EQ(message(dir.path(), 0), "'" + dir.path().string() + "' is a directory, not a hand-history file");
-  EXPECT_EQ(message("/dev/zero", 0), "'/dev/zero' is not a regular file");  // would never end a line
+  EXPECT_EQ(message("/dev/zero", 0), "'/dev/zero' is a character device, not a hand-history file");
+  ASSERT_EQ(::mkfifo((dir / "fifo").c_str(), 0600), 0);  // opening it would wait for a writer
+  EXPECT_EQ(message(dir / "fifo", 0),
+            "'" + (dir / "fifo").string() + "' is a FIFO (named pipe), not a hand-history file");
   EXPECT_EQ(message(path, -3), "position -3 is negative");
   EXPECT_EQ(message(path, 19), "position 19 is past the end of " + name +
                                    " (18 bytes): the file was truncated or replaced; read it again from 0");

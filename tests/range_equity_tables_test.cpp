@@ -2,7 +2,10 @@
 // exhaustive forms against a plain walk written here.
 #include <omp.h>
 
+#include <algorithm>
 #include <cmath>
+#include <tuple>
+#include <utility>
 
 #include "tables_fixture.h"
 #include "test_util.h"
@@ -27,6 +30,24 @@ int seven_class(int h0, int h1, const int* board) {
 // 1 when my class (smaller is stronger) beats theirs, 0.5 for a tie.
 double score(int mine, int theirs) { return mine < theirs ? 1.0 : mine == theirs ? 0.5 : 0.0; }
 
+// What the no-board forms are defined as: GetWinHandVsHand (or GetWinHandVsHandToTurn) of every
+// combination that misses the hero's cards, the wins and boards summed in set order.
+double per_combination(const std::vector<int>& hero, const Spec& range, bool to_turn) {
+  double wins = 0, boards = 0;
+  for (const auto& [a, b] : range.m_hands) {
+    if (a == hero[0] || a == hero[1] || b == hero[0] || b == hero[1]) continue;
+    const int villain[2] = {a, b};
+    double w = 0, n = 0;
+    if (to_turn)
+      logic().GetWinHandVsHandToTurn(hero.data(), villain, w, n);
+    else
+      logic().GetWinHandVsHand(hero.data(), villain, w, n);
+    wins += w;
+    boards += n;
+  }
+  return wins / boards;
+}
+
 TEST(RangeEquity, OneCombinationIsThatMatchup) {
   const std::vector<int> hero = cards("As Ks");
   const Spec one = range_of({{"Qh", "Qd"}});
@@ -44,17 +65,26 @@ TEST(RangeEquity, ParallelResultDoesNotDependOnTheThreadCount) {
   omp_set_num_threads(2);
   const double two = logic().getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range);
   EXPECT_EQ(one, two);
-  // The same as summing every combination's matchup in set order.
-  double wins = 0, boards = 0;
-  for (const auto& [a, b] : range.m_hands) {
-    if (a == hero[0] || a == hero[1] || b == hero[0] || b == hero[1]) continue;
-    const int villain[2] = {a, b};
-    double w = 0, n = 0;
-    logic().GetWinHandVsHand(hero.data(), villain, w, n);
-    wins += w;
-    boards += n;
+  EXPECT_EQ(one, per_combination(hero, range, false));
+}
+
+TEST(RangeEquity, NoBoardFormsTakeEachCombinationsOwnTableEntry) {
+  PokerLogic& l = logic();
+  const auto saved = std::pair{l.m_equityTable, l.m_equityTurnTable};
+  const std::vector<int> hero = cards("Ah Kh");
+  const Spec range = pokermath::parse_range("QQ,JTs");
+  auto key = [](const std::vector<int>& hand) { return std::min(hand[0], hand[1]) * 64 + std::max(hand[0], hand[1]); };
+  auto keys = [&](const char* villain) { return std::pair{key(hero), key(cards(villain))}; };
+  // Entries for some suit variants only (QcQd and QcQs share a class with QdQs, JsTs with JcTc and
+  // JdTd): each must answer for its own combination and for no other.
+  for (auto* table : {&l.m_equityTable, &l.m_equityTurnTable}) {
+    (*table)[keys("Qc Qd")] = 300001;  // any positive count of half boards
+    (*table)[keys("Qc Qs")] = 7;
+    (*table)[keys("Js Ts")] = 123456;
   }
-  EXPECT_EQ(one, wins / boards);
+  EXPECT_EQ(l.getProbabilityOfWinBySpectrWithNoBoard(hero.data(), range), per_combination(hero, range, false));
+  EXPECT_EQ(l.getProbabilityOfWinBySpectrWithNoBoardToTurn(hero.data(), range), per_combination(hero, range, true));
+  std::tie(l.m_equityTable, l.m_equityTurnTable) = saved;
 }
 
 TEST(RangeEquity, CollidingCombinationsAreIgnored) {

@@ -39,7 +39,10 @@ void GameResult(int bets[], int ranks[], int wins[], int n);
 // Each reader empties `lines`, then reads from the byte offset `position` to the end of the file,
 // skips empty lines, trims blanks at both ends of the others (a line of blanks becomes "") and
 // appends them, and stores the byte offset to continue from in `position`. A last line without a
-// line end (a writer in the middle of it) is left for the next call: `position` stays at its start.
+// line end is returned like the others, so a complete file loses no line; while a writer is in the
+// middle of that line, the rest it writes comes back as a line of its own on the next call (follow
+// such a file with pokermath::read_history, which holds an unfinished line back). In a UTF-16 file
+// a lone last byte, half a code unit, is left for the next call.
 // Results: 0 success, -1 no such file, -2 the file cannot be opened or `position` is negative;
 // `position` changes only on success. Offsets past the end read nothing and are kept.
 
@@ -88,13 +91,15 @@ ShowdownPayout pay_showdown(std::span<const int> bets, std::span<const int> rank
 struct HistoryLines {
   std::vector<std::string> lines;                      // UTF-8, trimmed; blank lines are left out
   int64_t position = 0;                                // byte offset to read from next time
-  int64_t held_bytes = 0;                              // bytes of an unfinished last line left for the next read
+  int64_t held_bytes = 0;                              // bytes left for the next read: an unfinished last
+                                                       // line, or with Include half a UTF-16 code unit
   TextEncoding encoding = TextEncoding::Utf8OrNarrow;  // as TextFile detected it
 };
 
 // Reads the lines of a hand-history file from byte offset `from` (0 = the start), decoded as
 // ReadHistoryFileEx does. An unfinished last line (no line end yet) is held back unless
-// `partial` is PartialLine::Include (for a file known to be complete). Throws Error when the file
+// `partial` is PartialLine::Include (for a file known to be complete); either way `position` is one
+// that a later call accepts as `from`. Throws Error when the file
 // does not exist or cannot be read, when `from` is negative or past the end of the file (it was
 // truncated or replaced: read it again from 0), or odd in a UTF-16 file.
 HistoryLines read_history(const std::filesystem::path& path, int64_t from = 0, PartialLine partial = PartialLine::Hold);

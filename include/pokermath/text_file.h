@@ -18,7 +18,7 @@ enum class TextEncoding {
   Utf8OrNarrow,  // no byte-order mark: a line that is valid UTF-8 is read as UTF-8, any other line
                  // through the narrow code page (ASCII text reads the same either way)
   Utf8,          // UTF-8; bytes that are not valid UTF-8 become U+FFFD
-  Utf16Le,       // UTF-16 little-endian; an unpaired surrogate or a lone last byte becomes U+FFFD
+  Utf16Le,       // UTF-16 little-endian; an unpaired surrogate becomes U+FFFD
   Utf16Be,       // UTF-16 big-endian; likewise
   Narrow,        // the C locale's multibyte code page; a byte it cannot convert is taken as Latin-1
 };
@@ -28,7 +28,8 @@ std::string_view encoding_name(TextEncoding encoding);
 
 // What read_line does with a last line that has no line end yet (a writer may be in the middle of it).
 enum class PartialLine {
-  Include,  // return it like any other line
+  Include,  // return it like any other line (in UTF-16 up to its last whole code unit: a lone last
+            // byte stays unread, so positions stay even)
   Hold,     // leave it unread: position() stays at its first byte until its line end is written
 };
 
@@ -61,9 +62,10 @@ class TextFile {
 
   // Reads the next line without its line end (LF or CR LF) into `line`. Returns false, with `line`
   // empty, at the end of the file and, under PartialLine::Hold, before a last line that has no
-  // line end yet.
+  // line end yet (under Include, before a lone last byte of UTF-16).
   bool read_line(std::wstring& line, PartialLine partial = PartialLine::Include);
-  // Bytes of the unterminated last line that the latest read_line(..., Hold) left unread (0 if none).
+  // Bytes that the latest read_line left unread at the end of the file (0 if none): under Hold the
+  // whole unterminated last line, under Include a lone byte of an unfinished UTF-16 code unit.
   int64_t held_bytes() const { return m_held_bytes; }
 
  private:
