@@ -10,6 +10,7 @@
 #include <random>
 
 #include "commands.h"
+#include "number_options.h"
 #include "pokermath/pokermath.h"
 
 namespace pokermath::cli {
@@ -195,7 +196,7 @@ void add_bench_command(CLI::App& app) {
       "  pokermath bench --signature");
   bench->add_flag("--signature", o->signature_only, "Print only the signature");
   bench->add_option("--threads", o->threads, "Threads for the multi-threaded workloads (default: every core)")
-      ->check(CLI::NonNegativeNumber);
+      ->transform(whole_number(0, kMaxThreads));
   bench->add_flag("--json", o->json, "Print one JSON object");
   bench->callback([o] { run_bench(*o); });
 }

@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
+#include "number_options.h"
 #include "pokermath/pokermath.h"
 #include "progress.h"
 
@@ -60,7 +61,7 @@ void print_json(const EquityOptions& o, const EquityRequest& request, const Equi
   std::cout << Json{{"game", o.game},
                     {"method", result.exact ? "exact" : "monte-carlo"},
                     {"from_table", result.from_table},
-                    {"deals", result.deals},
+                    {"deals", static_cast<int64_t>(std::llround(result.deals))},
                     {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
                     {"seconds", result.seconds},
                     {"board", request.board.empty() ? Json("") : Json(cards_to_string(request.board))},
@@ -77,21 +78,26 @@ void print_text(const EquityOptions& o, const EquityRequest& request, const Equi
   std::cout << "method:  " << method << "\n";
   if (!request.board.empty()) std::cout << "board:   " << cards_to_string(request.board) << "\n";
   if (!request.dead.empty()) std::cout << "dead:    " << cards_to_string(request.dead) << "\n";
+  // The players' texts as given, escaped: a range may hold tabs or line ends as separators.
+  std::vector<std::string> names;
+  for (const PlayerEquity& p : result.players) names.push_back(escape_unprintable(p.hand));
   size_t width = 6;
-  for (const PlayerEquity& p : result.players) width = std::max(width, p.hand.size());
+  for (const std::string& name : names) width = std::max(width, name.size());
   const bool hi_lo = !std::isnan(result.players.front().scoop);
   std::cout << "\nplayer" << std::string(width - 6 + 2, ' ')
             << (hi_lo ? "  equity     high      low    scoop" : "     win      tie   equity")
             << (result.exact ? "" : "   std error") << "\n";
-  for (const PlayerEquity& p : result.players) {
-    char line[160];
+  for (size_t i = 0; i < names.size(); ++i) {
+    const PlayerEquity& p = result.players[i];
+    // The name padded by hand: a long range must not be cut off by a fixed line buffer.
+    std::cout << names[i] << std::string(width + 1 - names[i].size(), ' ');
+    char line[80];
     if (hi_lo)
-      std::snprintf(line, sizeof line, "%-*s %8s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
-                    percent(p.equity).c_str(), percent(p.high).c_str(), percent(p.low).c_str(),
-                    percent(p.scoop).c_str());
+      std::snprintf(line, sizeof line, " %8s %8s %8s %8s", percent(p.equity).c_str(), percent(p.high).c_str(),
+                    percent(p.low).c_str(), percent(p.scoop).c_str());
     else
-      std::snprintf(line, sizeof line, "%-*s %8s %8s %8s", static_cast<int>(width + 1), p.hand.c_str(),
-                    percent(p.win).c_str(), percent(p.tie).c_str(), percent(p.equity).c_str());
+      std::snprintf(line, sizeof line, " %8s %8s %8s", percent(p.win).c_str(), percent(p.tie).c_str(),
+                    percent(p.equity).c_str());
     std::cout << line;
     if (!result.exact) {
       std::snprintf(line, sizeof line, "   %9s", percent(p.std_error).c_str());
@@ -118,17 +124,20 @@ void run_equity(const EquityOptions& o) {
   request.dead = parse_cards(o.dead);
   const bool sample = o.monte_carlo || o.target_std_error > 0;
   request.method = o.exact ? EquityMethod::Exact : sample ? EquityMethod::MonteCarlo : EquityMethod::Auto;
-  if (o.trials < 1) throw Error("--trials must be at least 1");
-  if (o.time_ms < 0) throw Error("--time-ms cannot be negative");
-  if (o.threads < 0) throw Error("--threads cannot be negative");
   request.trials = o.trials;
   request.seed = o.seed;
   request.time_ms = o.time_ms;
   request.target_std_error = o.target_std_error;
   request.threads = o.threads;
-  if (!o.data_dir.empty()) request.data_dir = o.data_dir;
+  if (!o.data_dir.empty()) {
+    std::error_code ec;
+    if (std::filesystem::exists(o.data_dir, ec) && !std::filesystem::is_directory(o.data_dir, ec))
+      throw Error("--data-dir '" + o.data_dir + "' is not a directory");
+    request.data_dir = o.data_dir;
+  }
+  // Progress goes to stderr, so it shows with --json too; work done within a second shows none.
   request.progress = stderr_progress();
-  if (!o.json) request.on_progress = stderr_work_progress("equity");
+  request.on_progress = stderr_work_progress("equity");
   const EquityResult result = compute_equity(request);
   if (o.json)
     print_json(o, request, result);
@@ -166,19 +175,25 @@ void add_equity_command(CLI::App& app) {
       ->check(CLI::IsMember({"holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"}));
   equity->add_option("--board", o->board, "0, 3, 4 or 5 board cards, e.g. Qh7h2c");
   equity->add_option("--dead", o->dead, "Cards out of play");
-  equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands");
+  equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands")
+      ->transform(whole_number(2, 10));
   auto* exact = equity->add_flag("--exact", o->exact, "Count every deal, however long it takes");
   auto* mc = equity->add_flag("--monte-carlo", o->monte_carlo, "Sample random deals");
   exact->excludes(mc);
-  equity->add_option("--trials", o->trials, "Monte Carlo: the most trials (default 1000000)");
-  auto* target = equity->add_option("--target-stderr", o->target_std_error,
-                                    "Monte Carlo (implied): stop once every standard error is at most this, e.g. "
-                                    "0.001 for 0.1 %")
-                     ->check(CLI::PositiveNumber);
+  equity->add_option("--trials", o->trials, "Monte Carlo: the most trials (default 1000000)")
+      ->transform(whole_number(1, kMaxTrials));
+  auto* target = equity
+                     ->add_option("--target-stderr", o->target_std_error,
+                                  "Monte Carlo (implied): stop once every standard error is at most this, e.g. "
+                                  "0.001 for 0.1 %")
+                     ->check(number_above_zero());
   target->excludes(exact);
-  equity->add_option("--seed", o->seed, "Monte Carlo: the random seed; the same seed, the same result (default 1)");
-  equity->add_option("--time-ms", o->time_ms, "Monte Carlo: stop after this many milliseconds");
-  equity->add_option("--threads", o->threads, "Threads to use (default: every core); the result does not change");
+  equity->add_option("--seed", o->seed, "Monte Carlo: the random seed; the same seed, the same result (default 1)")
+      ->transform(whole_number(0, UINT64_MAX));
+  equity->add_option("--time-ms", o->time_ms, "Monte Carlo: stop after this many milliseconds (0: no limit)")
+      ->transform(whole_number(0, INT32_MAX));
+  equity->add_option("--threads", o->threads, "Threads to use (default: every core); the result does not change")
+      ->transform(whole_number(0, kMaxThreads));
   equity->add_option("--data-dir", o->data_dir, "Where the tables are kept (default: the data directory)");
   equity->add_flag("--json", o->json, "Print one JSON object");
   equity->callback([o] { run_equity(*o); });

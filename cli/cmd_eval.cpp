@@ -47,10 +47,15 @@ void print(const Json& fields, bool json) {
   }
 }
 
+// The category in words; the straight flush to the ace (class 1) is the royal flush.
+std::string category_words(const HandEvaluation& hand) {
+  return hand.hand_class == 1 ? "royal flush" : std::string(category_name(hand.category));
+}
+
 Json holdem(const std::vector<int>& cards, bool json) {
   const HandEvaluation hand = evaluate_hand(cards);
   Json out = {{"cards", card_names(cards)},
-              {"category", std::string(category_name(hand.category))},
+              {"category", category_words(hand)},
               {"best five", card_names(hand.best_five)},
               {"description", hand.description}};
   if (json) {

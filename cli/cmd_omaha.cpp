@@ -1,4 +1,5 @@
 // pokermath omaha best|outs|nuts: what Omaha players ask at the table, for 4, 5 and 6 hole cards.
+#include <bit>
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -95,8 +96,21 @@ void run_outs(const OmahaOptions& o) {
   }
 }
 
+// A nut question needs two cards left for a holding. With fewer there is no hand to name: say so,
+// once the board and dead cards are otherwise sound (the checks omaha_nuts makes come first).
+void check_cards_left(const std::vector<int>& board, const std::vector<int>& dead) {
+  if (board.size() < 3 || board.size() > 5) return;
+  std::vector<int> known = board;
+  known.insert(known.end(), dead.begin(), dead.end());
+  const int left = 52 - std::popcount(cards_to_mask(known));
+  if (left < 2)
+    throw Error("no two-card holding can be made: the board and the dead cards leave " + std::to_string(left) +
+                (left == 1 ? " card" : " cards") + " of 52");
+}
+
 void run_nuts(const OmahaOptions& o) {
   const std::vector<int> board = parse_cards(o.board), dead = parse_cards(o.dead);
+  check_cards_left(board, dead);
   const OmahaNuts nuts = omaha_nuts(board, dead);
   std::vector<std::string> holdings;
   for (const auto& pair : nuts.holdings) holdings.push_back(card_to_string(pair[0]) + card_to_string(pair[1]));
@@ -134,6 +148,10 @@ void add_omaha_command(CLI::App& app) {
 
   auto best = std::make_shared<OmahaOptions>();
   CLI::App* best_cmd = omaha->add_subcommand("best", "The best high hand: the two hole and three board cards used");
+  best_cmd->footer(
+      "Examples:\n"
+      "  pokermath omaha best AsKs7d2c QsJsTs3h2d\n"
+      "  pokermath omaha best As2s7d3c 4h5h8d9cKs --json");
   best_cmd->add_option("hole", best->hole, "4 to 6 hole cards, e.g. AsKs7d2c")->required();
   best_cmd->add_option("board", best->board, "3 to 5 board cards, e.g. QsJsTs")->required();
   best_cmd->add_flag("--json", best->json, "Print one JSON object");
@@ -143,7 +161,10 @@ void add_omaha_command(CLI::App& app) {
   CLI::App* outs_cmd = omaha->add_subcommand("outs", "Cards that improve the hand on a flop or turn, by category");
   outs_cmd->footer(
       "An out lifts the hand to a higher category, or makes a better straight with higher hole cards, or a\n"
-      "better full house. Outs that make the nuts (no two-card holding beats the hand) are marked *.");
+      "better full house. Outs that make the nuts (no two-card holding beats the hand) are marked *.\n\n"
+      "Examples:\n"
+      "  pokermath omaha outs AhKh9c8c Qh7h2d\n"
+      "  pokermath omaha outs AsKsQd2c JsTs3h4d --json");
   outs_cmd->add_option("hole", outs->hole, "4 to 6 hole cards")->required();
   outs_cmd->add_option("board", outs->board, "a flop or a turn: 3 or 4 board cards")->required();
   outs_cmd->add_flag("--json", outs->json, "Print one JSON object");
@@ -151,6 +172,10 @@ void add_omaha_command(CLI::App& app) {
 
   auto nuts = std::make_shared<OmahaOptions>();
   CLI::App* nuts_cmd = omaha->add_subcommand("nuts", "The nut hand on a board and every two-card holding making it");
+  nuts_cmd->footer(
+      "Examples:\n"
+      "  pokermath omaha nuts Qh7h2d5s\n"
+      "  pokermath omaha nuts Qh7h2d --dead AhKh9c8c --json");
   nuts_cmd->add_option("board", nuts->board, "3 to 5 board cards")->required();
   nuts_cmd->add_option("--dead", nuts->dead, "Cards no holding can use (your own hole cards, say)");
   nuts_cmd->add_flag("--json", nuts->json, "Print one JSON object");

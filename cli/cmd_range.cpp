@@ -1,5 +1,6 @@
 // pokermath range: a range expression, a built-in table entry or a range file's top classes,
 // shown as the class matrix, the number of combinations and the canonical range string.
+#include <cctype>
 #include <cstdio>
 #include <iostream>
 #include <nlohmann/json.hpp>
@@ -35,6 +36,32 @@ std::string format(const char* pattern, double value) {
   return text;
 }
 
+// The short deck has ranks 6 to A. An expression item that names a lower rank ("AA-55", "A2s+",
+// "5s4s") is refused rather than cut down to what is left of it; "random" and "any" stand for every
+// short-deck combination. Items are split as parse_range splits them, so positions agree.
+void check_short_deck_items(std::string_view text) {
+  constexpr int kRankSix = 4;  // rank index of the 6 (2 is 0)
+  const auto separator = [](char c) { return c == ',' || std::isspace(static_cast<unsigned char>(c)) != 0; };
+  int position = 0;
+  for (size_t i = 0, end = 0; i < text.size(); i = end) {
+    if (separator(text[i])) {
+      end = i + 1;
+      continue;
+    }
+    for (end = i; end < text.size() && !separator(text[end]);) ++end;
+    const std::string_view item = text.substr(i, end - i);
+    ++position;
+    std::string lower(item);
+    for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+    if (lower == "random" || lower == "any") continue;
+    for (const auto& [a, b] : parse_range(item).m_hands) {
+      if (a % 13 >= kRankSix && b % 13 >= kRankSix) continue;
+      throw Error("range item '" + std::string(item) + "' at position " + std::to_string(position) +
+                  " names a rank below 6: the short deck has ranks 6 to A");
+    }
+  }
+}
+
 RangeTable table_of(const RangeOptions& options) {
   if (options.table == "groups" || options.table == "brenmark") {
     if (options.short_deck)
@@ -52,6 +79,7 @@ Shown from_options(const RangeOptions& options) {
     for (const std::string& part : options.expression) text.append(text.empty() ? "" : " ").append(part);
     if (text.find_first_not_of(", \t\n") == std::string::npos) throw Error("the range expression is empty");
     shown.range = parse_range(text);
+    if (options.short_deck) check_short_deck_items(text);
     shown.source["expression"] = text;
     return shown;
   }
@@ -60,7 +88,7 @@ Shown from_options(const RangeOptions& options) {
     const Spec source = read_range_file(options.file, options.short_deck ? RangeGame::ShortDeck : RangeGame::Holdem);
     shown.range = range_by_percent(source, options.top);
     shown.source = {{"file", options.file}, {"top", options.top}};
-    shown.lines = {{"file", options.file}, {"top", format("%g%%", options.top)}};
+    shown.lines = {{"file", escape_unprintable(options.file)}, {"top", format("%g%%", options.top)}};
     return shown;
   }
   const RangeTable table = table_of(options);
@@ -145,7 +173,8 @@ void add_range_command(CLI::App& app) {
       "A range expression lists classes and runs separated by commas or blanks: AA, TT+, 99-66,\n"
       "AKs, A2s+, A9s-A6s, KQo, K9o+, KQ (suited and offsuit), K9+, single combinations such as\n"
       "AsKs, and random or any for all 1326 combinations.\n\n"
-      "The matrix has rows A..2, suited classes above the diagonal and offsuit ones below it.\n\n"
+      "The matrix has rows A..2, suited classes above the diagonal and offsuit ones below it. With\n"
+      "--short-deck it has rows A..6, and an expression naming a lower rank (\"A2s+\", \"AA-55\") is refused.\n\n"
       "Examples:\n"
       "  pokermath range QQ+,AKs,AKo\n"
       "  pokermath range \"22+ A2s+ KTs+ AJo+\" --json\n"

@@ -9,6 +9,12 @@ namespace {
 
 constexpr int kExitBadInput = 2;
 
+// Writes one error line on stderr. Messages quote user input (cards, ranges, file names, option
+// values), so control characters and broken UTF-8 in them are escaped before they reach a terminal.
+void print_error(const std::string& message) {
+  std::cerr << "pokermath: " << pokermath::escape_unprintable(message) << "\n";
+}
+
 const char* const kFooter = R"(Cards are a rank (2-9, T or 10, J, Q, K, A) and a suit (c, d, h, s), in either
 case: "As", "td", "10h". Several cards may be written together or apart:
 "AsKs", "As Ks", "As,Ks".
@@ -61,7 +67,7 @@ int main(int argc, char** argv) {
       known += (known.empty() ? "" : ", ") + command->get_name();
     }
     if (!found) {
-      std::cerr << "pokermath: unknown command '" << argv[1] << "' (commands: " << known << "; see pokermath --help)\n";
+      print_error("unknown command '" + std::string(argv[1]) + "' (commands: " + known + "; see pokermath --help)");
       return kExitBadInput;
     }
   }
@@ -75,13 +81,13 @@ int main(int argc, char** argv) {
     std::cout << "pokermath " << pokermath::version() << "\n";
     return 0;
   } catch (const CLI::ParseError& e) {
-    std::cerr << "pokermath: " << e.what() << " (see pokermath --help)\n";
+    print_error(std::string(e.what()) + " (see pokermath --help)");
     return kExitBadInput;
   } catch (const pokermath::Error& e) {
-    std::cerr << "pokermath: " << e.what() << "\n";
+    print_error(e.what());
     return kExitBadInput;
   } catch (const std::exception& e) {
-    std::cerr << "pokermath: internal error: " << e.what() << "\n";
+    print_error(std::string("internal error: ") + e.what());
     return 1;
   }
   return 0;

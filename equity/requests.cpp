@@ -23,7 +23,8 @@ uint64_t check_request(const EquityRequest& request) {
     throw Error("expected 2 to " + std::to_string(kMaxPlayers) + " players, got " + std::to_string(n));
   const size_t board = request.board.size();
   if (board == 1 || board == 2 || board > 5) throw Error("a board has 0, 3, 4 or 5 cards, got " + std::to_string(board));
-  if (request.trials < 1) throw Error("trials must be at least 1, got " + std::to_string(request.trials));
+  if (request.trials < 1 || request.trials > kMaxTrials)
+    throw Error("trials must be 1 to " + std::to_string(kMaxTrials) + ", got " + std::to_string(request.trials));
   if (request.time_ms < 0) throw Error("a time limit cannot be negative, got " + std::to_string(request.time_ms));
   if (!(request.target_std_error >= 0) || std::isinf(request.target_std_error))
     throw Error("a target standard error must be a number 0 or more, got " + std::to_string(request.target_std_error));

@@ -1,4 +1,6 @@
 // The pokermath:: Omaha API: validated best hands, outs and nuts.
+#include <bit>
+
 #include "omaha/input_checks.h"
 #include "omaha/omaha_internal.h"
 #include "pokermath/omaha.h"
@@ -69,6 +71,9 @@ OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead) {
   check_board_and_dead(board, dead);
   const uint64_t seen =
       detail::seen_cards(dead.data(), static_cast<int>(dead.size()), board.data(), static_cast<int>(board.size()));
+  if (const int left = 52 - std::popcount(seen); left < 2)
+    throw Error("no two-card holding can be made: the board and the dead cards leave " + std::to_string(left) +
+                (left == 1 ? " card" : " cards") + " of 52");
   const detail::NutHoldings nuts = detail::nut_holdings(seen, board.data(), static_cast<int>(board.size()));
   OmahaNuts result;
   result.value = nuts.value;

@@ -2,6 +2,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cwctype>
+#include <filesystem>
 #include <set>
 
 #include "ranges/hand_classes.h"
@@ -198,6 +199,11 @@ Spec read_range_file(const std::string& path, RangeGame game) {
   const CString wide = widen(path);
   if (wide.size() < 4 || wide.substr(wide.size() - 4) != L".txt")
     throw Error("range file " + in_quotes(path) + ": the name must end in .txt");
+  // A directory or a FIFO is no range file; reading a FIFO would wait for a writer.
+  std::error_code ec;
+  const std::filesystem::file_status status = std::filesystem::status(to_path(wide), ec);
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
+    throw Error("range file " + in_quotes(path) + " is not a regular file");
   if (!file_exists(wide)) throw Error("range file " + in_quotes(path) + " not found");
   std::vector<CString> lines;
   if (!detail::read_lines(wide, lines)) throw Error("range file " + in_quotes(path) + " cannot be read");

@@ -2,6 +2,70 @@
 
 namespace pokermath {
 
+namespace {
+
+// The length of the valid UTF-8 sequence that starts `text` (1 to 4 bytes), or 0 when none does:
+// a stray continuation byte, a cut-off sequence, an overlong form, a surrogate or a code point
+// above U+10FFFF. The second byte's allowed range is what excludes the last three.
+size_t utf8_sequence_length(std::string_view text) {
+  const auto byte = [text](size_t i) { return static_cast<unsigned char>(text[i]); };
+  const unsigned char lead = byte(0);
+  if (lead < 0x80) return 1;
+  size_t length = 0;
+  unsigned char low = 0x80, high = 0xBF;
+  if (lead >= 0xC2 && lead <= 0xDF) {
+    length = 2;
+  } else if (lead >= 0xE0 && lead <= 0xEF) {
+    length = 3;
+    if (lead == 0xE0) low = 0xA0;   // below: overlong
+    if (lead == 0xED) high = 0x9F;  // above: surrogates
+  } else if (lead >= 0xF0 && lead <= 0xF4) {
+    length = 4;
+    if (lead == 0xF0) low = 0x90;   // below: overlong
+    if (lead == 0xF4) high = 0x8F;  // above: past U+10FFFF
+  } else {
+    return 0;
+  }
+  if (text.size() < length || byte(1) < low || byte(1) > high) return 0;
+  for (size_t i = 2; i < length; ++i)
+    if ((byte(i) & 0xC0) != 0x80) return 0;
+  return length;
+}
+
+}  // namespace
+
+std::string escape_unprintable(std::string_view text) {
+  static constexpr char kHex[] = "0123456789abcdef";
+  std::string out;
+  out.reserve(text.size());
+  const auto escape = [&out](char c) {
+    const auto b = static_cast<unsigned char>(c);
+    out += "\\x";
+    out += kHex[b >> 4];
+    out += kHex[b & 0xF];
+  };
+  size_t i = 0;
+  while (i < text.size()) {
+    const size_t length = utf8_sequence_length(text.substr(i));
+    if (length == 0) {  // one bad byte; the next may start a valid character
+      escape(text[i++]);
+      continue;
+    }
+    const auto lead = static_cast<unsigned char>(text[i]);
+    // C0 controls and DEL are single bytes; the C1 controls U+0080..U+009F are C2 80..C2 9F.
+    const bool control =
+        length == 1 ? lead < 0x20 || lead == 0x7F : lead == 0xC2 && static_cast<unsigned char>(text[i + 1]) < 0xA0;
+    for (size_t k = 0; k < length; ++k) {
+      if (control)
+        escape(text[i + k]);
+      else
+        out.push_back(text[i + k]);
+    }
+    i += length;
+  }
+  return out;
+}
+
 std::wstring widen(std::string_view utf8) {
   std::wstring out;
   out.reserve(utf8.size());

@@ -40,12 +40,10 @@ TEST(CliEquity, BadInputIsOneLineAndExitCodeTwo) {
       {"equity AsKs", "expected 2 to 10 players, got 1"},
       {"equity AsKs KK --board KhKdKc", "player 2: the range 'KK' has no hand left"},
       {"equity AsKs QhQd --board Kh Kd Kc", "a board has 0, 3, 4 or 5 cards, got 1"},  // one --board card
-      {"equity AsKs QQ+ --players 1", "fewer than the 2 hands"},
       {"equity AsKs ZZ9", "player 2"},
       {"equity AsKs QhQd --exact --monte-carlo", "excludes"},
       {"equity AsKs QhQd --exact --target-stderr 0.01", "excludes"},
       {"equity AsKs QhQd --target-stderr -1", "--target-stderr"},
-      {"equity AsKs QhQd --threads -2", "--threads cannot be negative"},
       {"equity AA AA AA", "no deal is possible"},
   };
   for (const auto& [args, message] : cases) expect_bad_input(args + data_dir(), message);

@@ -1,5 +1,6 @@
 // The pokermath program as a user runs it: output, JSON, help, version and exit codes.
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include "cli_run.h"
 #include "range_test_util.h"
@@ -18,7 +19,7 @@ TEST(Cli, EvalPrintsClassCategoryBestFiveAndWords) {
   EXPECT_EQ(r.exit_code, 0) << r.err;
   EXPECT_EQ(r.out,
             "cards:          As Ks Qs Js Ts\n"
-            "category:       straight flush\n"
+            "category:       royal flush\n"
             "best five:      As Ks Qs Js Ts\n"
             "description:    RoyalFlush \n"
             "class:          1 of 7462 (five-card class, 1 is the strongest)\n"
@@ -31,14 +32,81 @@ TEST(Cli, EvalPrintsClassCategoryBestFiveAndWords) {
   EXPECT_EQ(json.out.front(), '{');
 }
 
+// Every kind of bad input, command by command: exit code 2, one line on stderr holding the message,
+// nothing on stdout.
 TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
-  const std::pair<const char*, const char*> cases[] = {
+  test_util::TempDir dir;
+  const std::string folder = (dir / "folder.txt").string(), fifo = (dir / "fifo.txt").string();
+  std::filesystem::create_directory(folder);
+  ASSERT_EQ(::mkfifo(fifo.c_str(), 0600), 0);
+  // Every card but the 9s off the board AsKsQsJsTs.
+  const std::string all_but_one =
+      "2c3c4c5c6c7c8c9cTcJcQcKcAc2d3d4d5d6d7d8d9dTdJdQdKdAd2h3h4h5h6h7h8h9hThJhQhKhAh"
+      "2s3s4s5s6s7s8s";
+  const std::string seed_range = "from 0 to 18446744073709551615";
+  const std::pair<std::string, std::string> cases[] = {
+      {"frobnicate", "unknown command 'frobnicate'"},
+      // control characters and broken UTF-8 are echoed as escapes
+      {"\"$(printf 'x\\033[2J')\"", "unknown command 'x\\x1b[2J'"},
+      {"range \"$(printf 'A\\033[31mK')\"", "bad range item 'A\\x1b[31mK' at position 1"},
+      {"range \"$(printf 'AK\\303')\"", "bad range item 'AK\\xc3' at position 1"},
+      {"range \"$(printf 'A\\302\\233K')\"", "bad range item 'A\\xc2\\x9bK'"},  // a C1 control
+      {"range 'A\xC3\xA9'", "bad range item 'A\xC3\xA9'"},                      // valid UTF-8 passes unchanged
       {"eval As As Kd Qc Jh", "duplicate card 'As' at position 2"},
       {"eval Ax Kd Qc Jh Th", "bad card 'Ax' at position 1: suit must be one of c d h s"},
       {"eval As Kd Qc Jh", "expected 5 to 7 cards, got 4"},
       {"eval As Kd Qc Jh Th 9h 8h 7h", "expected 5 to 7 cards, got 8"},
       {"eval", "cards is required"},
-      {"frobnicate", "frobnicate"},
+      {"eval --game shortdeck 5h 6d 7c 8s 9h", "card '5h' at position 1 is not in the short deck"},
+      {"eval --game lowball27 7c 5d 4h 3s 2c 9d", "expected 5 cards, got 6"},
+      {"eval --game omaha 7c 5d 4h 3s 2c", "--game"},
+      // numbers out of range are refused, never capped or wrapped
+      {"equity AsKs QhQd --trials 99999999999999999999",
+       "--trials: expected a whole number from 1 to 1000000000000, got '99999999999999999999'"},
+      {"equity AsKs QhQd --trials 0", "--trials: expected a whole number from 1 to"},
+      {"equity AsKs QhQd --trials 1e6", "got '1e6'"},
+      {"equity AsKs QhQd --players 0", "--players: expected a whole number from 2 to 10, got '0'"},
+      {"equity AsKs QhQd --players -1", "--players: expected a whole number from 2 to 10, got '-1'"},
+      {"equity AsKs QhQd --players 1", "got '1'"},
+      {"equity AsKs QhQd JcTc --players 2", "--players 2 is fewer than the 3 hands given"},
+      {"equity AsKs QhQd --time-ms -1", "--time-ms: expected a whole number from 0 to 2147483647, got '-1'"},
+      {"equity AsKs QhQd --seed -1", "--seed: expected a whole number " + seed_range + ", got '-1'"},
+      {"equity AsKs QhQd --seed 18446744073709551616", "got '18446744073709551616'"},
+      {"equity AsKs QhQd --threads -1", "--threads: expected a whole number from 0 to 1024, got '-1'"},
+      {"equity AsKs QhQd --target-stderr nan", "--target-stderr: expected a number above 0, e.g. 0.001, got 'nan'"},
+      {"equity AsKs QhQd --data-dir " + fifo, "--data-dir '" + fifo + "' is not a directory"},
+      {"bench --threads 99999999999", "--threads: expected a whole number from 0 to 1024, got '99999999999'"},
+      {"payout --bets 100,60,40 --ranks 3,7", "bets and ranks differ in length: 3 bets, 2 ranks"},
+      {"payout --bets 100,-60 --ranks 3,7", "bet -60 of player 2 is negative"},
+      {"payout --bets 100,6x --ranks 3,7", "bad bet '6x' at position 2: expected a whole number"},
+      {"payout --bets 1,2 --ranks 3,99999999999",
+       "bad rank '99999999999' at position 2: expected a whole number that fits"},
+      {"payout --bets 100,60", "--ranks is required"},
+      {"range AA,AKx", "bad range item 'AKx' at position 2: suffix must be s (suited) or o (offsuit)"},
+      {"range", "give a range expression, or --top P"},
+      {"range ' , '", "the range expression is empty"},
+      {"range --top 101", "bad percentage 101: must be between 0 and 100"},
+      {"range --top x", "--top"},
+      {"range AA --top 5", "excludes --top"},
+      {"range --table groups", "--table requires --top"},
+      {"range --top 5 --table other", "--table"},
+      {"range --top 5 --table brenmark --short-deck", "the brenmark table is Hold'em only"},
+      {"range 5s4s --short-deck",
+       "range item '5s4s' at position 1 names a rank below 6: the short deck has ranks 6 to A"},
+      {"range 'KK, AA-55' --short-deck", "range item 'AA-55' at position 2 names a rank below 6"},
+      {"range A6s+,A2s --short-deck", "range item 'A2s' at position 2"},
+      {"range --file missing.txt --top 5", "range file 'missing.txt' not found"},
+      {"range --file ranking.dat --top 5", "range file 'ranking.dat': the name must end in .txt"},
+      {"range --file " + folder + " --top 5", "range file '" + folder + "' is not a regular file"},
+      {"range --file " + fifo + " --top 5", "range file '" + fifo + "' is not a regular file"},
+      {"omaha nuts AsKsQsJsTs --dead " + all_but_one,
+       "no two-card holding can be made: the board and the dead cards leave 1 card of 52"},
+      {"omaha nuts AsKsQsJsTs --dead " + all_but_one + "Ts", "duplicate card 'Ts'"},
+      {"omaha hutchison As Ah Ks", "expected 4 cards in an Omaha starting hand, got 3"},
+      {"omaha hutchison AsAhKsKhQd --hilo", "expected 4 cards in an Omaha starting hand, got 5"},
+      {"omaha hutchison As As Ks Kh", "duplicate card 'As' at position 2"},
+      {"omaha hutchison Ax Ah Ks Kh", "bad card 'Ax' at position 1"},
+      {"omaha hutchison", "hand is required"},
   };
   for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
@@ -47,12 +115,13 @@ TEST(Cli, EvalOtherGames) {
   expect_output("eval --game shortdeck Ah 6d 7c 8s 9h --json", {"\"category\": \"straight\"", "\"value_52\": 4996"});
   expect_output("eval --game china Ah 6d 7c 8s 9h 9d 9c --json", {"\"value\": 1129"});
   expect_output("eval --game lowball27 Ac 5d 4h 3s 2c --json", {"\"value\": 785"});
-  const std::pair<std::string, const char*> bad[] = {
-      {"eval --game shortdeck 5h 6d 7c 8s 9h", "card '5h' at position 1 is not in the short deck"},
-      {"eval --game lowball27 7c 5d 4h 3s 2c 9d", "expected 5 cards, got 6"},
-      {"eval --game omaha 7c 5d 4h 3s 2c", "--game"},
-  };
-  for (const auto& [args, message] : bad) expect_bad_input(args, message);
+}
+
+// deals is a count: a JSON integer. Work that ends within a second shows no progress.
+TEST(CliEquity, JsonCountsDealsAsAWholeNumber) {
+  const CliRun r = expect_output("equity AsKs QhQd --json", {"\"method\": \"exact\"", "\"deals\": 1712304,"});
+  EXPECT_TRUE(r.err.empty()) << r.err;
+  expect_output("equity AsKs QhQd --monte-carlo --trials 010 --json", {"\"deals\": 10,"});  // decimal, not octal
 }
 
 TEST(Cli, TablesWritesOnlyWhatIsMissing) {
@@ -71,6 +140,7 @@ TEST(Cli, HelpAndVersion) {
   expect_output("eval --help", {"--json"});
   expect_output("payout --help", {"--ranks"});
   expect_output("history --help", {"--include-partial"});
+  expect_output("omaha outs --help", {"Examples:\n  pokermath omaha outs AhKh9c8c Qh7h2d\n"});
   EXPECT_EQ(expect_output("--version", {}).out.rfind("pokermath ", 0), 0u);
   const CliRun bare = run("");
   EXPECT_EQ(bare.exit_code, 2);
@@ -94,15 +164,6 @@ TEST(CliPayout, PrintsEachPlayersWinningsAndTheSidePots) {
                                     {"\"wins\": 11,", "\"pot\": \"main pot\",\n      \"amount\": 4,",
                                      "\"pot\": \"side pot 1\",\n      \"amount\": 27,", "\"total\": 31"});
   EXPECT_EQ(json.out.front(), '{');
-  const std::pair<const char*, const char*> bad[] = {
-      {"payout --bets 100,60,40 --ranks 3,7", "bets and ranks differ in length: 3 bets, 2 ranks"},
-      {"payout --bets 100,-60 --ranks 3,7", "bet -60 of player 2 is negative"},
-      {"payout --bets 100,6x --ranks 3,7", "bad bet '6x' at position 2: expected a whole number"},
-      {"payout --bets 1,2 --ranks 3,99999999999",
-       "bad rank '99999999999' at position 2: expected a whole number that fits"},
-      {"payout --bets 100,60", "--ranks is required"},
-  };
-  for (const auto& [args, message] : bad) expect_bad_input(args, message);
 }
 
 TEST(CliHistory, PrintsTheNewLinesAndWhereToResume) {
@@ -180,23 +241,6 @@ TEST(Cli, RangeTopReadsARangeFile) {
   EXPECT_NE(short_deck.err.find("line 11: class '(A5)' is not in the short deck"), std::string::npos) << short_deck.err;
 }
 
-TEST(Cli, RangeBadInputIsOneLineAndExitCodeTwo) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"range AA,AKx", "bad range item 'AKx' at position 2: suffix must be s (suited) or o (offsuit)"},
-      {"range", "give a range expression, or --top P"},
-      {"range ' , '", "the range expression is empty"},
-      {"range --top 101", "bad percentage 101: must be between 0 and 100"},
-      {"range --top x", "--top"},
-      {"range AA --top 5", "excludes --top"},
-      {"range --table groups", "--table requires --top"},
-      {"range --top 5 --table other", "--table"},
-      {"range --top 5 --table brenmark --short-deck", "the brenmark table is Hold'em only"},
-      {"range --file missing.txt --top 5", "range file 'missing.txt' not found"},
-      {"range --file ranking.dat --top 5", "range file 'ranking.dat': the name must end in .txt"},
-  };
-  for (const auto& [args, message] : cases) expect_bad_input(args, message);
-}
-
 TEST(CliOmahaHutchison, ShowsEachStageWithItsSteps) {
   const CliRun r = run("omaha hutchison As Ah Ks Kh");
   EXPECT_EQ(r.exit_code, 0) << r.err;
@@ -222,14 +266,6 @@ TEST(CliOmahaHutchison, ShowsEachStageWithItsSteps) {
   EXPECT_EQ(high.out.front(), '{');
   expect_output("omaha hutchison AcAdKhKs --hilo --json",
                 {"\"count\": \"hilo\"", "\"points\": 1000.0", "\"high_only\": true", "\"name\": \"four high cards\""});
-  const std::pair<const char*, const char*> bad[] = {
-      {"omaha hutchison As Ah Ks", "expected 4 cards in an Omaha starting hand, got 3"},
-      {"omaha hutchison AsAhKsKhQd --hilo", "expected 4 cards in an Omaha starting hand, got 5"},
-      {"omaha hutchison As As Ks Kh", "duplicate card 'As' at position 2"},
-      {"omaha hutchison Ax Ah Ks Kh", "bad card 'Ax' at position 1"},
-      {"omaha hutchison", "hand is required"},
-  };
-  for (const auto& [args, message] : bad) expect_bad_input(args, message);
 }
 
 // The behaviour signature covers every value and exact equity the bench workloads compute: a change

@@ -258,7 +258,9 @@ TEST(EquityEngine, ImpossibleRequestsAreRefused) {
   EquityRequest crowded = request(std::vector<std::string>(10, "random"), "2c 3c 4c 5c 6c");
   crowded.dead = test_util::cards("7c8c9cTcJcQcKcAc2d3d4d5d6d7d8d9dTdJdQdKdAd2h3h4h5h6h7h8h");
   EXPECT_EQ(message(crowded), "10 players need more cards than the deck holds");
-  EXPECT_EQ(message(with([](EquityRequest& r) { r.trials = 0; })), "trials must be at least 1, got 0");
+  EXPECT_EQ(message(with([](EquityRequest& r) { r.trials = 0; })), "trials must be 1 to 1000000000000, got 0");
+  EXPECT_EQ(message(with([](EquityRequest& r) { r.trials = INT64_MAX; })),
+            "trials must be 1 to 1000000000000, got 9223372036854775807");
   EXPECT_EQ(message(with([](EquityRequest& r) { r.time_ms = -1; })), "a time limit cannot be negative, got -1");
   EXPECT_EQ(message(with([](EquityRequest& r) { r.target_std_error = -0.5; })),
             "a target standard error must be a number 0 or more, got -0.500000");

@@ -62,6 +62,9 @@ EquityGame equity_game_from_name(std::string_view name);
 // compute_equity, between pieces of work (each time about 1% more is done, and 1 at the end).
 using WorkProgress = std::function<void(double fraction)>;
 
+// The most Monte Carlo trials one request may ask for (days of work on one core).
+inline constexpr int64_t kMaxTrials = 1'000'000'000'000;
+
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
 // parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random".
 // Cards on the board and dead cards belong to nobody.
@@ -77,7 +80,7 @@ struct EquityRequest {
   std::vector<int> board;            // 0, 3, 4 or 5 card codes
   std::vector<int> dead;             // cards out of play
   EquityMethod method = EquityMethod::Auto;
-  int64_t trials = 1000000;        // Monte Carlo: the most trials
+  int64_t trials = 1000000;        // Monte Carlo: the most trials, 1..kMaxTrials
   uint64_t seed = 1;               // Monte Carlo: the same seed gives the same result
   int time_ms = 0;                 // Monte Carlo: stop after this many milliseconds (0: no limit)
   double target_std_error = 0;     // Monte Carlo: stop once every player's standard error of equity is
@@ -114,7 +117,7 @@ struct EquityResult {
 // Computes the equity of every player. Throws Error for a bad hand or range (naming it), a card
 // used twice among hands, board and dead cards, a range left empty by the known cards, players whose
 // ranges can never be dealt together, fewer than two or more than ten players, more players than the
-// deck allows, a board of 1, 2 or 6+ cards, a bad number (trials below 1, a negative time limit,
+// deck allows, a board of 1, 2 or 6+ cards, a bad number (trials outside 1..kMaxTrials, a negative time limit,
 // standard error or thread count), or an exact request too large to count. Throws Cancelled when
 // `stop` is requested.
 EquityResult compute_equity(const EquityRequest& request);

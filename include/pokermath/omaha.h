@@ -181,7 +181,8 @@ struct OmahaNuts {
   std::string description;  // the first nut holding's five cards in words
 };
 
-// Throws Error unless the board has 3 to 5 distinct cards and shares none with `dead`.
+// Throws Error unless the board has 3 to 5 distinct cards and shares none with `dead`, and at least
+// two cards are left to hold.
 OmahaNuts omaha_nuts(std::span<const int> board, std::span<const int> dead = {});
 
 // ---- low hands and Hutchison points ----

@@ -74,6 +74,12 @@ struct TableAllocator {
 std::wstring widen(std::string_view utf8);
 std::string narrow(std::wstring_view wide);
 
+// The text as it may be echoed to a terminal: control characters (C0, DEL and C1) and bytes that
+// are not part of valid UTF-8 are written as "\xNN" escapes, one per byte; everything else passes
+// unchanged. Messages that quote user input go through it, so that input cannot move the cursor,
+// change colours or leave half a character behind.
+std::string escape_unprintable(std::string_view text);
+
 // A filesystem path from a wide path, through UTF-8 whatever the C locale is.
 std::filesystem::path to_path(const std::wstring& path);
 
