@@ -80,6 +80,10 @@ std::wstring widen(std::string_view utf8) {
       valid = (next & 0xC0) == 0x80;
       code = (code << 6) | (next & 0x3F);
     }
+    // The shortest form only, and scalar values only: an overlong form (C0 B8 for '8') would let
+    // text spell a character in bytes that byte-level checks never see.
+    static constexpr char32_t kLeast[5] = {0, 0, 0x80, 0x800, 0x10000};
+    if (valid && length > 1) valid = code >= kLeast[length] && code <= 0x10FFFF && (code < 0xD800 || code > 0xDFFF);
     if (!valid) {
       out.push_back(L'\xFFFD');
       ++i;

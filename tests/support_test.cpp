@@ -39,6 +39,11 @@ TEST(Support, TextConversionRoundTrips) {
   EXPECT_EQ(pokermath::narrow(wide), utf8);
   EXPECT_EQ(pokermath::widen("ab\xff"), L"ab\uFFFD");        // a stray byte is replaced, not dropped silently
   EXPECT_EQ(pokermath::widen("\xe2\x99"), L"\uFFFD\uFFFD");  // a cut sequence
+  // Overlong forms, surrogates and values past U+10FFFF are not characters.
+  EXPECT_EQ(pokermath::widen("\xc0\xb8"), L"\uFFFD\uFFFD");
+  EXPECT_EQ(pokermath::widen("\xe0\x80\xb8"), L"\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(pokermath::widen("\xed\xa0\x80"), L"\uFFFD\uFFFD\uFFFD");
+  EXPECT_EQ(pokermath::widen("\xf4\x90\x80\x80"), L"\uFFFD\uFFFD\uFFFD\uFFFD");
 }
 
 TEST(Support, FileHelpers) {
