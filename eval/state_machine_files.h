@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <mutex>
 #include <string>
 
 #include "eval/state_machine_builder.h"
@@ -38,6 +39,9 @@ bool state_machine_file_valid(const std::wstring& path, const StateMachineFile& 
 
 // The process-wide slot of each file's table (the pointers behind the classic load functions).
 int*& state_machine_slot(const StateMachineFile& file);
+
+// The lock of the process-wide slots: loading and freeing take it.
+std::mutex& state_machine_mutex();
 
 // Loads `file` from `path` into its process-wide slot unless a table is already there: 1 or 0.
 int load_state_machine_slot(const std::wstring& path, const StateMachineFile& file);

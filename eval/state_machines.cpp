@@ -4,6 +4,7 @@
 #include <array>
 #include <cstring>
 #include <fstream>
+#include <mutex>
 
 #include "eval/state_machine_files.h"
 #include "fsm5_table.h"
@@ -100,7 +101,15 @@ int*& state_machine_slot(const StateMachineFile& file) {
   return fsm5::six_plus_fsm7;
 }
 
+std::mutex& state_machine_mutex() {
+  static std::mutex mutex;
+  return mutex;
+}
+
 int load_state_machine_slot(const std::wstring& path, const StateMachineFile& file) {
+  // Two first loads at once read the file once; the classic walkers read the slot without the lock,
+  // which is safe once loading has finished, as their contract asks.
+  std::lock_guard lock(state_machine_mutex());
   int*& slot = state_machine_slot(file);
   if (!slot) slot = load_state_machine(path, file);
   return slot ? 1 : 0;
@@ -114,6 +123,7 @@ int fsm5::load_fsm5() { return load_state_machine_slot(kSixPlus5File.name, kSixP
 int fsm5::load_fsm7() { return load_state_machine_slot(kSixPlus7File.name, kSixPlus7File); }
 
 void fsm5::Free() {
+  std::lock_guard lock(state_machine_mutex());
   pokermath::free_table_memory(six_plus_fsm5);
   pokermath::free_table_memory(six_plus_fsm7);
   six_plus_fsm5 = nullptr;

@@ -128,7 +128,12 @@ bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool 
 void load_table(TableFile file, const std::filesystem::path& dir, const TableProgress& progress) {
   const StateMachineFile* machine = machine_file(file);
   if (!machine) throw Error("OrvalisHR.dat is loaded by PokerLogic::generate_table, not load_table");
-  if (detail::state_machine_slot(*machine)) return;
+  {
+    std::lock_guard lock(detail::state_machine_mutex());
+    if (detail::state_machine_slot(*machine)) return;
+  }
+  // Two threads may both find the file missing and write it: each writes a whole file and renames
+  // it into place, and the slot is filled once.
   generate_table_file(dir, file, false, progress);
   if (!detail::load_state_machine_slot(wide_path(dir, file), *machine))
     throw Error("cannot load the table file '" + (dir / std::string(table_file_name(file))).string() + "'");

@@ -3,10 +3,14 @@
 
 POKERMATH_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
                     nlohmann-json3-dev)
+# What test.sh needs on top: Clang 14 with its sanitizer runtimes and LLVM's OpenMP runtime (libomp,
+# with the Archer tool that lets ThreadSanitizer see OpenMP's synchronisation).
+POKERMATH_TEST_PACKAGES=(clang-14 libclang-rt-14-dev libomp-14-dev)
 
+# ensure_packages [MORE PACKAGES...]: installs POKERMATH_PACKAGES and the ones named, when missing.
 ensure_packages() {
   local missing=()
-  for package in "${POKERMATH_PACKAGES[@]}"; do
+  for package in "${POKERMATH_PACKAGES[@]}" "$@"; do
     dpkg -s "$package" >/dev/null 2>&1 || missing+=("$package")
   done
   [ ${#missing[@]} -eq 0 ] && return 0

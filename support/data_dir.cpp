@@ -123,6 +123,7 @@ void remove_stale_partials(const fs::path& dir, std::string_view name) {
 }  // namespace
 
 void Checksum::update(const void* data, size_t size) {
+  if (size == 0) return;  // an empty piece, perhaps from an empty vector's null data()
   const auto* p = static_cast<const unsigned char*>(data);
   m_total += size;
   if (m_pendingSize > 0) {
@@ -144,7 +145,7 @@ void Checksum::update(const void* data, size_t size) {
     l3 = mix(l3, load64(p + 24));
   }
   m_lanes[0] = l0, m_lanes[1] = l1, m_lanes[2] = l2, m_lanes[3] = l3;
-  std::memcpy(m_pending, p, size);
+  if (size > 0) std::memcpy(m_pending, p, size);
   m_pendingSize = size;
 }
 

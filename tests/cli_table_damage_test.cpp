@@ -235,10 +235,11 @@ TEST(TableDamage, PreflopTableIsUsedOnlyWhenIntactAndOnlyByAuto) {
   write_bytes(path, bytes);
   const cli_run::CliRun r = cli_run::run("equity random random --trials 20000 --data-dir " + dir.path().string());
   EXPECT_EQ(r.exit_code, 0) << r.err;
-  EXPECT_EQ(cli_run::lines(r.err), 1) << r.err;
-  EXPECT_NE(r.err.find("OrvalisPC.dat in '" + dir.path().string() + "' is damaged (its checksum differs"),
-            std::string::npos)
-      << r.err;
+  // One notice (a slow machine may add progress lines).
+  const std::string notice = "OrvalisPC.dat in '" + dir.path().string() + "' is damaged (its checksum differs";
+  const size_t at = r.err.find(notice);
+  EXPECT_NE(at, std::string::npos) << r.err;
+  EXPECT_EQ(r.err.find(notice, at + 1), std::string::npos) << r.err;
 }
 
 // The files a data directory may hold once every writer has finished.

@@ -93,7 +93,7 @@ TEST(RangeParse, BadItemsNameTheItemAndItsPosition) {
       {"Xs9s", "bad range item 'Xs9s' at position 1: rank must be one of"},
   };
   for (const auto& [text, message] : cases) {
-    const std::string error = error_of([&] { parse_range(text); });
+    const std::string error = error_of([text = text] { parse_range(text); });
     EXPECT_EQ(error.rfind(message, 0), 0u) << text << ": " << error;
   }
 }
@@ -108,7 +108,7 @@ TEST(RangeParse, PrintedNotationIsTheFormMakeStringWrites) {
       {"any", "'random' and 'any' are not part of the printed form"},
   };
   for (const auto& [text, why] : rejected)
-    EXPECT_EQ(error_of([&] { parse_range(text, RangeNotation::Printed); }),
+    EXPECT_EQ(error_of([text = text] { parse_range(text, RangeNotation::Printed); }),
               "bad range item '" + std::string(text) + "' at position 1: " + why);
 }
 
