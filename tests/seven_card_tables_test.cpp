@@ -118,6 +118,33 @@ TEST(SevenCardTables, AGoodFileIsOnlyLoadedAndABadOneIsRegenerated) {
   EXPECT_EQ(loader->m_numIDs, 1);
   EXPECT_EQ(loader->m_HR, logic->m_HR);
 
+  // A file of the right size with an entry that would lead a look-up outside the table is damaged
+  // too: generated again and written over, never walked.
+  {
+    std::fstream patch(copy, std::ios::binary | std::ios::in | std::ios::out);
+    const uint32_t outside = PokerLogic::kTableEntries;
+    patch.seekp(4 * (53 + 17));
+    patch.write(reinterpret_cast<const char*>(&outside), 4);
+  }
+  auto patched = std::make_unique<PokerLogic>();
+  EXPECT_EQ(patched->generate_table(pokermath::widen(copy.string())), 0);
+  EXPECT_EQ(patched->m_numIDs, 612977);  // it generated
+  EXPECT_EQ(patched->m_HR, logic->m_HR);
+
+  // Through the pokermath:: API the same file is found damaged against the manifest and rewritten.
+  {
+    std::fstream patch(copy, std::ios::binary | std::ios::in | std::ios::out);
+    patch.seekp(4 * 1000);
+    patch.put('\x7f');
+  }
+  EXPECT_FALSE(pokermath::table_file_valid(dir, pokermath::TableFile::SevenCardLookup));
+  EXPECT_TRUE(pokermath::generate_table_file(dir, pokermath::TableFile::SevenCardLookup, false,
+                                             [](std::string_view, std::string_view, double) {}));
+  EXPECT_TRUE(pokermath::table_file_valid(dir, pokermath::TableFile::SevenCardLookup));
+  auto reloaded = std::make_unique<PokerLogic>();
+  EXPECT_EQ(reloaded->generate_table(pokermath::widen(copy.string())), 0);
+  EXPECT_EQ(reloaded->m_HR, logic->m_HR);
+
   // An unwritable path still leaves the generated table in memory and returns 1.
   auto unwritable = std::make_unique<PokerLogic>();
   EXPECT_EQ(unwritable->generate_table(pokermath::widen((dir / "no" / "such" / "OrvalisHR.dat").string())), 1);
