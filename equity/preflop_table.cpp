@@ -36,14 +36,6 @@ std::pair<int64_t, int64_t> wins_and_ties(const std::array<int, 2>& hero, const 
   return {counts.deals[1], counts.deals[3]};
 }
 
-void notify(const TableProgress& progress, const std::string& text) {
-  detail::table_notice(progress ? std::function<void(std::string_view)>([&](std::string_view line) {
-                         progress(kFileName, line, kNoticeFraction);
-                       })
-                                : nullptr,
-                       text);
-}
-
 // The position of a hand (two distinct card codes) among the 1,326: hands ordered by their higher
 // card, then their lower one.
 int hand_index(int low, int high) { return high * (high - 1) / 2 + low; }
@@ -86,8 +78,8 @@ std::shared_ptr<const PreflopIndex> preflop_index(const std::filesystem::path& d
     });
   }
   if (!problem.empty()) {
-    notify(progress, std::string(kFileName) + " in '" + dir.string() + "' is damaged (" + problem +
-                         "): answering without it; 'pokermath tables --preflop --force' writes it again");
+    detail::report_damaged(progress, dir, kFileName, problem,
+                           "answering without it; 'pokermath tables --preflop --force' writes it again");
     index = nullptr;
   }
   return loaded[dir] = index;
@@ -102,9 +94,9 @@ bool generate_preflop_table(const std::filesystem::path& dir, bool force, const 
     std::error_code ec;
     if (problem.empty() && std::filesystem::file_size(path, ec) == kMatchups * detail::kEquityRecordBytes)
       return false;
-    if (problem != "missing") notify(progress, std::string(kFileName) + " in '" + dir.string() + "' is damaged (" +
-                                                   (problem.empty() ? "it lacks matchups" : problem) +
-                                                   "): generating it again");
+    if (problem != "missing")
+      detail::report_damaged(progress, dir, kFileName, problem.empty() ? "it lacks matchups" : problem,
+                             "generating it again");
   }
   detail::check_writable(dir, kFileName, kMatchups * detail::kEquityRecordBytes);
   auto report = [&](std::string_view stage, double fraction) {

@@ -43,16 +43,6 @@ uint64_t expected_bytes(TableFile file) {
   return 0;
 }
 
-// Tells the user that a table in `dir` cannot be trusted and is generated again.
-void table_notice(const TableProgress& progress, const std::string& name, const std::filesystem::path& dir,
-                  const std::string& problem) {
-  const std::string text = name + " in '" + dir.string() + "' is damaged (" + problem + "): generating it again";
-  detail::table_notice(progress ? std::function<void(std::string_view)>(
-                                      [&](std::string_view line) { progress(name, line, kNoticeFraction); })
-                                : nullptr,
-                       text);
-}
-
 detail::StateMachine build_machine(TableFile file, const detail::BuildProgress& progress) {
   switch (file) {
     case TableFile::Texas7: return detail::build_holdem_machine(52, 7, progress);
@@ -106,7 +96,7 @@ bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool 
   if (!force) {
     const std::string problem = detail::table_problem(dir, name);
     if (problem.empty()) return false;
-    if (problem != "missing") table_notice(progress, name, dir, problem);
+    if (problem != "missing") detail::report_damaged(progress, dir, name, problem, "generating it again");
   }
   auto report = [&](const std::string& stage, double fraction) {
     if (progress) progress(name, stage, fraction);

@@ -188,12 +188,19 @@ std::optional<ManifestEntry> file_entry(const fs::path& path) {
   return entry;
 }
 
-std::string table_problem(const fs::path& dir, std::string_view name, const ManifestEntry& content) {
-  const std::optional<ManifestEntry> listed = manifest_entry(dir, name);
+namespace {
+
+std::string difference(const std::optional<ManifestEntry>& listed, const ManifestEntry& content) {
   if (!listed) return "not listed in the manifest";
   if (listed->size != content.size) return "its size differs from the manifest";
   if (listed->checksum != content.checksum) return "its checksum differs from the manifest";
   return "";
+}
+
+}  // namespace
+
+std::string table_problem(const fs::path& dir, std::string_view name, const ManifestEntry& content) {
+  return difference(manifest_entry(dir, name), content);
 }
 
 std::string table_problem(const fs::path& dir, std::string_view name) {
@@ -206,7 +213,7 @@ std::string table_problem(const fs::path& dir, std::string_view name) {
   if (fs::file_size(path, ec) != listed->size) return "its size differs from the manifest";
   const std::optional<ManifestEntry> content = file_entry(path);
   if (!content) return "missing";
-  return table_problem(dir, name, *content);
+  return difference(listed, *content);
 }
 
 void check_writable(const fs::path& dir, std::string_view name, uint64_t bytes) {
@@ -258,9 +265,12 @@ void record_table(const fs::path& path) {
   update_manifest(dir, path.filename().string(), *entry);
 }
 
-void table_notice(const std::function<void(std::string_view)>& sink, const std::string& text) {
-  if (sink)
-    sink(text);
+void report_damaged(const TableProgress& progress, const fs::path& dir, std::string_view name,
+                    const std::string& problem, std::string_view consequence) {
+  const std::string text = std::string(name) + " in " + quoted_path(dir) + " is damaged (" + problem +
+                           "): " + std::string(consequence);
+  if (progress)
+    progress(name, text, kNoticeFraction);
   else
     std::clog << "pokermath: " << text << std::endl;
 }

@@ -16,6 +16,8 @@
 #include <string>
 #include <string_view>
 
+#include "pokermath/eval.h"
+
 namespace pokermath::detail {
 
 // A fast 64-bit checksum of a byte stream (four independent multiply-rotate lanes over 32-byte
@@ -70,8 +72,10 @@ void write_table(const std::filesystem::path& dir, std::string_view name, uint64
 // Lists a file already in place (written by a caller's own path) in its directory's manifest.
 void record_table(const std::filesystem::path& path);
 
-// Tells the user something worth a line (a damaged table found and generated again): to `sink` when
-// there is one, else to standard error.
-void table_notice(const std::function<void(std::string_view)>& sink, const std::string& text);
+// Tells the user that the table `name` in `dir` cannot be trusted, a line "NAME in 'DIR' is damaged
+// (PROBLEM): CONSEQUENCE": through `progress` as a call with kNoticeFraction when there is one, else
+// on standard error.
+void report_damaged(const TableProgress& progress, const std::filesystem::path& dir, std::string_view name,
+                    const std::string& problem, std::string_view consequence);
 
 }  // namespace pokermath::detail
