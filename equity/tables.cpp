@@ -13,6 +13,7 @@
 #include "equity/preflop_table.h"
 #include "equity/table_files.h"
 #include "support/data_dir.h"
+#include "support/files.h"
 #include "pokermath/equity.h"
 
 using namespace pokermath::detail;
@@ -303,13 +304,15 @@ std::string entry_text(int hero_key, int villain_key, int value) {
 
 std::vector<char> read_bytes(const fs::path& path) {
   std::error_code error;
-  if (!fs::exists(path, error)) throw Error("pre-flop table file " + quoted(path) + " is missing");
-  if (!fs::is_regular_file(path, error)) throw Error("pre-flop table file " + quoted(path) + " is not a regular file");
+  if (!fs::exists(path, error))  // an error here is why the path cannot be looked at (EACCES, ...)
+    throw FileError("pre-flop table file " + quoted(path) + " is missing", path, error ? error.value() : ENOENT);
+  if (!fs::is_regular_file(path, error))
+    throw FileError("pre-flop table file " + quoted(path) + " is not a regular file", path, error.value());
   std::ifstream in(path, std::ios::binary);
   const auto size = fs::file_size(path, error);
   std::vector<char> bytes(error ? 0 : size);
   if (error || !in || !in.read(bytes.data(), static_cast<std::streamsize>(bytes.size())))
-    throw Error("cannot read pre-flop table file " + quoted(path));
+    throw FileError("cannot read pre-flop table file " + quoted(path), path, error ? error.value() : open_error(path));
   return bytes;
 }
 
@@ -352,7 +355,7 @@ void save_preflop_table(const PokerLogic& logic, const fs::path& path) {
   const std::vector<char> bytes = equity_records(logic.m_equityTable, [](const std::pair<int, int>&, int) {});
   std::error_code error;
   if (!fs::is_directory(directory_of(path), error))
-    throw Error("cannot write pre-flop table file " + quoted(path) + ": " + std::strerror(ENOENT));
+    throw FileError("cannot write pre-flop table file " + quoted(path) + ": " + std::strerror(ENOENT), path, ENOENT);
   // Written under a temporary name, renamed into place and listed in the directory's manifest.
   detail::write_table(directory_of(path), path.filename().string(), bytes.size(), [&](const fs::path& temporary) {
     return pokermath::write_file(widen(temporary.string()), bytes.data(), bytes.size());

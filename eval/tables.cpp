@@ -5,6 +5,7 @@
 
 #include "eval/state_machine_files.h"
 #include "support/data_dir.h"
+#include "support/files.h"
 #include "pokermath/eval.h"
 
 namespace pokermath {
@@ -125,8 +126,14 @@ void load_table(TableFile file, const std::filesystem::path& dir, const TablePro
   // Two threads may both find the file missing and write it: each writes a whole file and renames
   // it into place, and the slot is filled once.
   generate_table_file(dir, file, false, progress);
-  if (!detail::load_state_machine_slot(wide_path(dir, file), *machine))
-    throw Error("cannot load the table file '" + (dir / std::string(table_file_name(file))).string() + "'");
+  if (!detail::load_state_machine_slot(wide_path(dir, file), *machine)) {
+    const std::filesystem::path path = dir / std::string(table_file_name(file));
+    const std::string message = "cannot load the table file '" + path.string() + "'";
+    // The file matched its manifest a moment ago: one the system will not open (permissions, or
+    // removed since) is a file-system failure; one that opens was refused for what it holds.
+    if (const int error = detail::open_error(path)) throw FileError(message, path, error);
+    throw Error(message);
+  }
 }
 
 }  // namespace pokermath

@@ -1,4 +1,5 @@
 // The pokermath:: range API: printing and counting ranges, the built-in tables and range files.
+#include <cerrno>
 #include <cmath>
 #include <cstdio>
 #include <cwctype>
@@ -8,6 +9,7 @@
 #include "ranges/hand_classes.h"
 #include "ranges/range_file.h"
 #include "ranges/tables.h"
+#include "support/files.h"
 
 namespace pokermath {
 
@@ -201,19 +203,27 @@ Spec read_range_file(const std::string& path, RangeGame game) {
     throw Error("range file " + in_quotes(path) + ": the name must end in .txt");
   // A directory or a FIFO is no range file; reading a FIFO would wait for a writer.
   std::error_code ec;
-  const std::filesystem::file_status status = std::filesystem::status(to_path(wide), ec);
+  const std::filesystem::path file = to_path(wide);
+  const std::filesystem::file_status status = std::filesystem::status(file, ec);
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status))
-    throw Error("range file " + in_quotes(path) + " is not a regular file");
-  if (!file_exists(wide)) throw Error("range file " + in_quotes(path) + " not found");
+    throw FileError("range file " + in_quotes(path) + " is not a regular file", path, 0);
+  // The status call's error says why nothing was found: ENOENT, or EACCES on a directory above.
+  if (!file_exists(wide))
+    throw FileError("range file " + in_quotes(path) + " not found", path, ec ? ec.value() : ENOENT);
+  const auto cannot_read = [&] {
+    return FileError("range file " + in_quotes(path) + " cannot be read", path, detail::open_error(file));
+  };
   std::vector<CString> lines;
-  if (!detail::read_lines(wide, lines)) throw Error("range file " + in_quotes(path) + " cannot be read");
+  if (!detail::read_lines(wide, lines)) throw cannot_read();
   check_range_file(path, lines, game);
 
+  // The lines were checked above, so the classic reader fails here only when the file has gone or
+  // become unreadable since.
   Spec source;
   source.SetFile(wide);
   source.SetTotalStrategies(game == RangeGame::ShortDeck ? kShortDeckClasses : kHoldemClasses);
   source.SetTotalHands(game == RangeGame::ShortDeck ? kShortDeckCombos : kHoldemCombos);
-  if (source.ReadSpectrFromFile(0) != 1) throw Error("range file " + in_quotes(path) + " cannot be read");
+  if (source.ReadSpectrFromFile(0) != 1) throw cannot_read();
   return source;
 }
 

@@ -1,7 +1,9 @@
+#include <cerrno>
 #include <string>
 #include <system_error>
 
 #include "pokermath/records.h"
+#include "support/files.h"
 
 namespace {
 
@@ -80,12 +82,13 @@ HistoryLines read_history(const fs::path& path, int64_t from, PartialLine partia
   std::string name = "'";  // (built by appending: GCC 12 misreports "'" + string as overlapping copies)
   name.append(path.string()).append("'");
   std::error_code ec;
-  if (!fs::exists(path, ec)) throw Error("no such file: " + name);
+  // An error from exists() says why the path could not be looked at (EACCES on a directory above).
+  if (!fs::exists(path, ec)) throw FileError("no such file: " + name, path, ec ? ec.value() : ENOENT);
   if (const fs::file_type type = fs::status(path, ec).type(); type != fs::file_type::regular)
-    throw Error(not_a_file(name, type));
+    throw FileError(not_a_file(name, type), path, ec.value());
   if (from < 0) throw Error("position " + std::to_string(from) + " is negative");
   TextFile text;
-  if (!text.open(path)) throw Error("cannot open " + name + " for reading");
+  if (!text.open(path)) throw FileError("cannot open " + name + " for reading", path, detail::open_error(path));
   const auto size = static_cast<int64_t>(fs::file_size(path, ec));
   if (!ec && from > size) {
     throw Error("position " + std::to_string(from) + " is past the end of " + name + " (" + std::to_string(size) +

@@ -18,6 +18,7 @@
 #include <vector>
 
 #include "pokermath/support.h"
+#include "support/files.h"
 
 namespace pokermath::detail {
 
@@ -54,9 +55,16 @@ class DirectoryLock {
   explicit DirectoryLock(const fs::path& dir) {
     const fs::path path = dir / "manifest.lock";
     m_fd = ::open(path.c_str(), O_RDWR | O_CREAT | O_CLOEXEC, 0644);
-    if (m_fd < 0) throw Error("cannot lock the data directory: " + quoted_path(path) + ": " + std::strerror(errno));
-    while (::flock(m_fd, LOCK_EX) != 0)
-      if (errno != EINTR) throw Error("cannot lock " + quoted_path(path) + ": " + std::strerror(errno));
+    if (m_fd < 0) {
+      const int error = errno;
+      throw FileError("cannot lock the data directory: " + quoted_path(path) + ": " + std::strerror(error), path,
+                      error);
+    }
+    while (::flock(m_fd, LOCK_EX) != 0) {
+      const int error = errno;
+      if (error != EINTR)
+        throw FileError("cannot lock " + quoted_path(path) + ": " + std::strerror(error), path, error);
+    }
   }
   ~DirectoryLock() { ::close(m_fd); }  // closing releases the lock
   DirectoryLock(const DirectoryLock&) = delete;
@@ -96,10 +104,13 @@ void update_manifest(const fs::path& dir, const std::string& name, const Manifes
   if (!write_file(widen(temporary.string()), bytes.data(), bytes.size())) {
     const int error = errno;
     fs::remove(temporary, ec);
-    throw Error("cannot write the manifest in " + quoted_path(dir) + ": " + system_reason(error));
+    throw FileError("cannot write the manifest in " + quoted_path(dir) + ": " + system_reason(error),
+                    dir / kManifestName, error);
   }
   fs::rename(temporary, dir / kManifestName, ec);
-  if (ec) throw Error("cannot write the manifest in " + quoted_path(dir) + ": " + ec.message());
+  if (ec)
+    throw FileError("cannot write the manifest in " + quoted_path(dir) + ": " + ec.message(), dir / kManifestName,
+                    ec.value());
 }
 
 // Removes the partial files of `name` left by writers that no longer run: "NAME.partial-PID-N"
@@ -219,16 +230,20 @@ std::string table_problem(const fs::path& dir, std::string_view name) {
 void check_writable(const fs::path& dir, std::string_view name, uint64_t bytes) {
   std::error_code ec;
   fs::create_directories(dir, ec);
-  if (ec) throw Error("cannot create the data directory " + quoted_path(dir) + ": " + ec.message());
-  if (::access(dir.c_str(), W_OK) != 0)
-    throw Error("cannot write to the data directory " + quoted_path(dir) + ": " + std::strerror(errno));
+  if (ec)
+    throw FileError("cannot create the data directory " + quoted_path(dir) + ": " + ec.message(), dir, ec.value());
+  if (::access(dir.c_str(), W_OK) != 0) {
+    const int error = errno;
+    throw FileError("cannot write to the data directory " + quoted_path(dir) + ": " + std::strerror(error), dir, error);
+  }
   remove_stale_partials(dir, name);
   if (struct statvfs fs_info; ::statvfs(dir.c_str(), &fs_info) == 0) {
     const uint64_t free_bytes = static_cast<uint64_t>(fs_info.f_bavail) * fs_info.f_frsize;
     if (free_bytes < bytes)
-      throw Error("cannot write " + std::string(name) + " into " + quoted_path(dir) + ": " + std::strerror(ENOSPC) +
-                  " (it needs " + std::to_string(bytes >> 20) + " MB, " + std::to_string(free_bytes >> 20) +
-                  " MB are free)");
+      throw FileError("cannot write " + std::string(name) + " into " + quoted_path(dir) + ": " + std::strerror(ENOSPC) +
+                          " (it needs " + std::to_string(bytes >> 20) + " MB, " + std::to_string(free_bytes >> 20) +
+                          " MB are free)",
+                      dir / std::string(name), ENOSPC);
   }
 }
 
@@ -246,20 +261,23 @@ void write_table(const fs::path& dir, std::string_view name, uint64_t bytes,
   const std::optional<ManifestEntry> entry = written ? file_entry(temporary) : std::nullopt;
   if (!entry) {
     fs::remove(temporary, ec);
-    throw Error("cannot write the table file " + quoted_path(final_path) + ": " + system_reason(error));
+    throw FileError("cannot write the table file " + quoted_path(final_path) + ": " + system_reason(error), final_path,
+                    error);
   }
   DirectoryLock lock(dir);
   fs::rename(temporary, final_path, ec);
   if (ec) {
+    const std::error_code renamed = ec;
     fs::remove(temporary, ec);
-    throw Error("cannot write the table file " + quoted_path(final_path) + ": " + ec.message());
+    throw FileError("cannot write the table file " + quoted_path(final_path) + ": " + renamed.message(), final_path,
+                    renamed.value());
   }
   update_manifest(dir, std::string(name), *entry);
 }
 
 void record_table(const fs::path& path) {
   const std::optional<ManifestEntry> entry = file_entry(path);
-  if (!entry) throw Error("cannot read " + quoted_path(path));
+  if (!entry) throw FileError("cannot read " + quoted_path(path), path, open_error(path));
   const fs::path dir = path.has_parent_path() ? path.parent_path() : fs::path(".");
   DirectoryLock lock(dir);
   update_manifest(dir, path.filename().string(), *entry);

@@ -59,17 +59,18 @@ std::string table_problem(const std::filesystem::path& dir, std::string_view nam
 
 // Makes sure a table `name` of `bytes` bytes can be written into `dir` before the work of making it:
 // the directory exists (created if needed), this process may write there, and the device has the
-// room; removes partial files of `name` that dead writers left. Throws Error naming the reason.
+// room; removes partial files of `name` that dead writers left. Throws FileError naming the reason.
 void check_writable(const std::filesystem::path& dir, std::string_view name, uint64_t bytes);
 
 // Writes the table `name` into `dir` safely: `write` fills the temporary path it is given and
 // returns false on failure; the file is then checksummed, renamed into place and listed in the
-// manifest. `bytes` is the size expected, checked against the free space first. Throws Error naming
-// the reason (the directory cannot be created or written, no space, the write failed).
+// manifest. `bytes` is the size expected, checked against the free space first. Throws FileError
+// naming the reason (the directory cannot be created or written, no space, the write failed).
 void write_table(const std::filesystem::path& dir, std::string_view name, uint64_t bytes,
                  const std::function<bool(const std::filesystem::path& temporary)>& write);
 
 // Lists a file already in place (written by a caller's own path) in its directory's manifest.
+// Throws FileError when the file cannot be read or the manifest written.
 void record_table(const std::filesystem::path& path);
 
 // Tells the user that the table `name` in `dir` cannot be trusted, a line "NAME in 'DIR' is damaged

@@ -1,3 +1,9 @@
+#include "support/files.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 
@@ -43,5 +49,16 @@ bool write_file(const std::wstring& path, const void* data, size_t size) {
   out.flush();
   return static_cast<bool>(out);
 }
+
+namespace detail {
+
+int open_error(const fs::path& path) {
+  const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  if (fd < 0) return errno;
+  ::close(fd);
+  return 0;
+}
+
+}  // namespace detail
 
 }  // namespace pokermath

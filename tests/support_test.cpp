@@ -1,10 +1,16 @@
-// The platform layer: the message channel, the tick counter, text conversion and file helpers.
+// The platform layer: the message channel, the tick counter, text conversion, file helpers and the
+// error types.
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <functional>
 #include <thread>
 
-#include "pokermath/support.h"
+#include "pokermath/pokermath.h"
+#include "temp_dir.h"
 
 namespace {
 
@@ -66,6 +72,67 @@ TEST(Support, FileHelpers) {
   EXPECT_TRUE(back.empty());
   EXPECT_FALSE(pokermath::write_file(wide_dir + L"/no/such/dir", data, 1));
   std::filesystem::remove_all(dir);
+}
+
+// Whatever the API, a path the system refuses throws FileError with that path and the system's
+// error; a file that is there but wrong, or a bad name, throws plain Error.
+TEST(Support, FileSystemFailuresThrowFileErrorAndBadContentDoesNot) {
+  namespace fs = std::filesystem;
+  constexpr int kContent = -1;  // expected: Error, not FileError
+  const test_util::TempDir dir;
+  test_util::write_bytes(dir / "file", "");
+  test_util::write_bytes(dir / "bad.txt", "KK\nQQ\n");
+  test_util::write_bytes(dir / "short.dat", "1234567");  // not a whole number of 12-byte records
+  fs::create_directory(dir / "dir.txt");
+  PokerLogic logic;
+  struct Case {
+    const char* what;
+    fs::path path;
+    int code;
+    bool names_reason;  // the message carries strerror(code)
+    std::function<void(const fs::path&)> call;
+  };
+  const auto range_file = [](const fs::path& p) { pokermath::read_range_file(p.string()); };
+  const auto history = [](const fs::path& p) { pokermath::read_history(p); };
+  const auto table = [](const fs::path& p) { pokermath::generate_table_file(p, pokermath::TableFile::SixPlus5); };
+  const auto load_preflop = [&](const fs::path& p) { pokermath::load_preflop_table(logic, p); };
+  std::vector<Case> cases = {
+      {"missing range file", dir / "missing.txt", ENOENT, false, range_file},
+      {"range file that is a directory", dir / "dir.txt", 0, false, range_file},
+      {"range file with bad contents", dir / "bad.txt", kContent, false, range_file},
+      {"range file not named .txt", dir / "file", kContent, false, range_file},
+      {"missing history file", dir / "none.txt", ENOENT, false, history},
+      {"data directory below a file", dir / "file" / "tables", ENOTDIR, true, table},
+      {"pre-flop data directory that is a file", dir / "file", ENOTDIR, true,
+       [](const fs::path& p) { pokermath::generate_preflop_table(p); }},
+      {"missing pre-flop file", dir / "none.dat", ENOENT, false, load_preflop},
+      {"damaged pre-flop file", dir / "short.dat", kContent, false, load_preflop},
+      {"pre-flop file saved into no directory", dir / "no" / "OrvalisPC.dat", ENOENT, true,
+       [&](const fs::path& p) { pokermath::save_preflop_table(logic, p); }},
+  };
+  if (::geteuid() != 0) {  // root may write anywhere
+    fs::create_directory(dir / "read-only");
+    fs::permissions(dir / "read-only", fs::perms::owner_read | fs::perms::owner_exec);
+    cases.push_back({"data directory without write permission", dir / "read-only", EACCES, true, table});
+  }
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    try {
+      c.call(c.path);
+      ADD_FAILURE() << "no error";
+    } catch (const pokermath::FileError& e) {
+      const std::string message = e.what();
+      EXPECT_NE(c.code, kContent) << message;
+      EXPECT_EQ(e.error_code(), c.code) << message;
+      EXPECT_EQ(e.path(), c.path) << message;
+      EXPECT_NE(message.find(c.path.string()), std::string::npos) << message;
+      if (c.names_reason) {
+        EXPECT_NE(message.find(std::strerror(c.code)), std::string::npos) << message;
+      }
+    } catch (const pokermath::Error& e) {
+      EXPECT_EQ(c.code, kContent) << e.what();
+    }
+  }
 }
 
 }  // namespace

@@ -35,14 +35,16 @@ namespace pokermath {
 // Writes logic.m_equityTable to `path` as a pre-flop table file (records of hero key, villain key
 // and twice the hero's wins, in key order), under a temporary name that is then renamed. Throws
 // Error, writing nothing, when an entry could not be loaded back (a key that is not a hand key, two
-// hands sharing a card, a value outside 1..3,424,608) or when the file cannot be written.
+// hands sharing a card, a value outside 1..3,424,608); FileError (a kind of Error) when the file
+// cannot be written (no such directory, no permission, no space, ...).
 void save_preflop_table(const PokerLogic& logic, const std::filesystem::path& path);
 
 // Replaces logic.m_equityTable with the pre-flop table file at `path` and returns its entry count.
-// Throws Error naming the file, and the record when one is at fault, when the file is missing or
-// unreadable, its length is not a multiple of 12, or a record has a key that is not a hand key
+// Throws FileError (a kind of Error) when the file is missing, not a regular file or unreadable;
+// Error naming the file, and the record when one is at fault, when its length is not a multiple of
+// 12, it differs from the manifest of its directory, or a record has a key that is not a hand key
 // (lower card x 64 + higher card, codes 0..51), hands sharing a card, a value outside
-// 1..3,424,608 or a key pair seen before; the table is then left as it was. Shows no messages.
+// 1..3,424,608 or a key pair seen before. The table is then left as it was. Shows no messages.
 size_t load_preflop_table(PokerLogic& logic, const std::filesystem::path& path);
 
 // ---- the pokermath:: equity API ---------------------------------------------------------------
@@ -124,7 +126,9 @@ EquityResult compute_equity(const EquityRequest& request);
 
 // The pre-flop equity table of all 1,624,350 ordered two-card matchups, computed exactly (each of
 // the 93,769 classes equal up to suits once, in parallel) and saved as "OrvalisPC.dat" in `dir`.
-// Returns true when it was written (false when a valid file is already there and !force).
+// Returns true when it was written (false when a valid file is already there and !force). Throws
+// FileError (a kind of Error), before the work starts where it can tell, when the file cannot be
+// written (a directory that cannot be created or written, no space, ...).
 bool generate_preflop_table(const std::filesystem::path& dir, bool force = false, const TableProgress& progress = {});
 
 }  // namespace pokermath

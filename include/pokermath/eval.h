@@ -398,14 +398,17 @@ inline constexpr double kNoticeFraction = -1.0;
 // false. Returns true when it was written. A damaged file is reported through `progress` (or on
 // standard error without one) before it is written again. The file is written under a temporary
 // name of this writer and renamed into place, so concurrent writers and readers never see half a
-// table; partial files of writers that died are removed. Throws Error naming the reason when the
-// file cannot be written (no permission, no space left on the device, ...).
+// table; partial files of writers that died are removed. Throws FileError (a kind of Error) naming
+// the path and the reason when the file cannot be written (no permission, no space left on the
+// device, a file where the directory should be, ...).
 bool generate_table_file(const std::filesystem::path& dir, TableFile file, bool force = false,
                          const TableProgress& progress = {});
 
 // Makes a state-machine table available to the classic evaluators (texasfsm7::table, ...): loads it
-// from `dir`, generating it there first when missing or damaged (checked against the manifest). Does nothing when it is already in
-// memory. Throws Error for SevenCardLookup (PokerLogic::generate_table loads that one) or on failure.
+// from `dir`, generating it there first when missing or damaged (checked against the manifest). Does
+// nothing when it is already in memory. Throws Error for SevenCardLookup (PokerLogic::generate_table
+// loads that one) or a file that cannot be used; FileError (a kind of Error) when the file cannot be
+// written or read.
 void load_table(TableFile file, const std::filesystem::path& dir, const TableProgress& progress = {});
 
 // Short-deck rule sets: the standard order, and the China order where a straight beats three of

@@ -252,10 +252,10 @@ TableRange table_range(RangeTable table, double percent);
 // of 630.
 enum class RangeGame { Holdem, ShortDeck };
 
-// Reads a range file into a Spec's percentage maps (see Spec::ReadSpectrFromFile). Throws Error,
-// naming the file and line, for a name not ending in ".txt", a missing or unreadable file, no
-// line starting with "AA", a bad or repeated class token, a class the game does not have, or a
-// combination total other than the game's.
+// Reads a range file into a Spec's percentage maps (see Spec::ReadSpectrFromFile). Throws
+// FileError (a kind of Error) when the file is missing, not a regular file or unreadable; Error,
+// naming the file and line, for a name not ending in ".txt", no line starting with "AA", a bad or
+// repeated class token, a class the game does not have, or a combination total other than the game's.
 Spec read_range_file(const std::string& path, RangeGame game = RangeGame::Holdem);
 
 // The strongest classes of a range file that cover `percent` (Spec::GetSpecByPercent). Throws

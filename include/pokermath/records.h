@@ -99,9 +99,9 @@ struct HistoryLines {
 // Reads the lines of a hand-history file from byte offset `from` (0 = the start), decoded as
 // ReadHistoryFileEx does. An unfinished last line (no line end yet) is held back unless
 // `partial` is PartialLine::Include (for a file known to be complete); either way `position` is one
-// that a later call accepts as `from`. Throws Error when the file
-// does not exist or cannot be read, when `from` is negative or past the end of the file (it was
-// truncated or replaced: read it again from 0), or odd in a UTF-16 file.
+// that a later call accepts as `from`. Throws FileError (a kind of Error) when the file does not
+// exist, is not a regular file or cannot be opened; Error when `from` is negative or past the end of
+// the file (it was truncated or replaced: read it again from 0), or odd in a UTF-16 file.
 HistoryLines read_history(const std::filesystem::path& path, int64_t from = 0, PartialLine partial = PartialLine::Hold);
 
 }  // namespace pokermath

@@ -9,6 +9,7 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "pokermath/text_file.h"
@@ -38,6 +39,23 @@ namespace pokermath {
 class Error : public std::invalid_argument {
  public:
   using std::invalid_argument::invalid_argument;
+};
+
+// Thrown by the pokermath:: API when a file or directory cannot be found, read or written: a
+// missing or unreadable input file, a data directory that cannot be created or written, a disk
+// that is full. The message names the path and the system's reason; path() is the path, and
+// error_code() the system's error (ENOENT, EACCES, ENOSPC, ...; 0 when there is none, such as a
+// file that is not a regular file). A file that is there but holds bad content throws plain Error.
+class FileError : public Error {
+ public:
+  FileError(const std::string& message, std::filesystem::path path, int error_code)
+      : Error(message), m_path(std::move(path)), m_error_code(error_code) {}
+  const std::filesystem::path& path() const { return m_path; }
+  int error_code() const { return m_error_code; }
+
+ private:
+  std::filesystem::path m_path;
+  int m_error_code;
 };
 
 // Thrown by a long computation that was asked to stop (a stop_token of its request).
