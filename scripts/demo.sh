@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
-# Installs what the build needs, builds the Release library and the pokermath program, and runs it
-# on examples: equities (exact and sampled), the best Omaha hand, a hand's value, a range, and the
-# standard workloads with their timings. Safe to run again; an up-to-date tree rebuilds nothing.
+# Installs what the build needs, builds the Release library, the pokermath program and the Python
+# package, installs the package for python3, and runs the program on examples: equities (exact and
+# sampled), the best Omaha hand, a hand's value, a range, the standard workloads with their timings,
+# and the same equity from Python. Safe to run again; an up-to-date tree rebuilds nothing.
 set -euo pipefail
 cd "$(dirname "$0")/.."
 source scripts/setup.sh
 
 ensure_packages
 configure_preset release
-cmake --build build/release -j "$(nproc)" --target pokermath_cli >&2
+cmake --build build/release -j "$(nproc)" --target pokermath_cli pokermath_python >&2
+install_python_package build/release
 
 pokermath=build/release/cli/pokermath
 run() {
@@ -24,3 +26,6 @@ run omaha best AsKs7d2c QsJsTs3h2d
 run eval Ah Ad 7c 7s 2h Kd 7h
 run range QQ+,AKs,AKo
 run bench
+
+echo "\$ python3 -c \"import pokermath; print(pokermath.equity(['AsKs', 'QhQd']))\""
+(cd / && python3 -c "import pokermath; print(pokermath.equity(['AsKs', 'QhQd']))")
