@@ -33,11 +33,15 @@ SEVEN_CODES = pokermath.parse_cards(SEVEN)
 EQUITY_PLAYERS = ["AsKs", "QhQd"]
 
 # The C++ cases of workloads_bench that do the same work: batches of 10 million seven-card hands
-# (bytes, ints), the one-hand call in a loop, and exact AsKs against QhQd on one thread.
+# (bytes, ints), a hand parsed from text and evaluated in full, the one-hand value call in a loop
+# (its C++ figure has no call overhead to compare), and exact AsKs against QhQd on every core and
+# on one thread.
 CPP_CASES = {
     "batch_uint8": "BM_hand_values_bytes/7",
     "batch_int32": "BM_hand_values_codes/7",
+    "evaluate": "BM_evaluate_text",
     "hand_value": "BM_hand_value/7",
+    "equity_all": "exact/AsKs_QhQd/0/real_time",
     "equity_1": "exact/AsKs_QhQd/1/real_time",
 }
 

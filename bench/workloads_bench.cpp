@@ -40,6 +40,16 @@ void BM_hand_value(benchmark::State& state) {
 }
 BENCHMARK(BM_hand_value)->Arg(5)->Arg(7)->Unit(benchmark::kMillisecond);
 
+// One hand given as text, parsed and fully evaluated (class, category, best five, words): the C++
+// side of the Python package's evaluate() call.
+void BM_evaluate_text(benchmark::State& state) {
+  for (auto _ : state) {
+    const pokermath::HandEvaluation hand = pokermath::evaluate_hand(pokermath::parse_cards("AhAd7c7s2hKd7h"));
+    benchmark::DoNotOptimize(hand.hand_class);
+  }
+}
+BENCHMARK(BM_evaluate_text);
+
 void BM_hand_values_codes(benchmark::State& state) {
   const int n = static_cast<int>(state.range(0));
   const std::vector<int>& codes = random_hands(n);
@@ -96,7 +106,7 @@ pokermath::EquityRequest request(std::vector<std::string> players, const char* b
   return r;
 }
 
-// Exact equity; the benchmark's argument is the thread count.
+// Exact equity; the benchmark's argument is the thread count (0: every core).
 void exact(benchmark::State& state, std::vector<std::string> players, const char* board) {
   const pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
   double equity = 0;
@@ -107,7 +117,7 @@ void exact(benchmark::State& state, std::vector<std::string> players, const char
   state.counters["equity"] = equity;
 }
 BENCHMARK_CAPTURE(exact, AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "")
-    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(exact, AsKs_random, std::vector<std::string>{"AsKs", "random"}, "")
     ->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK_CAPTURE(exact, AsKs_range, std::vector<std::string>{"AsKs", "QQ+,AKs,AKo"}, "")
