@@ -117,17 +117,57 @@ void exact(benchmark::State& state, std::vector<std::string> players, const char
   state.counters["equity"] = equity;
 }
 BENCHMARK_CAPTURE(exact, AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "")
-    ->Arg(1)->Arg(0)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)
+    ->Arg(0)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(exact, AsKs_random, std::vector<std::string>{"AsKs", "random"}, "")
-    ->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(exact, AsKs_range, std::vector<std::string>{"AsKs", "QQ+,AKs,AKo"}, "")
-    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(exact, AA_KK_range, std::vector<std::string>{"AA,KK", "QQ+,AK"}, "")
-    ->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(exact, three_way, std::vector<std::string>{"AsKs", "QhQd", "JcTc"}, "")
-    ->Arg(1)->Unit(benchmark::kMillisecond)->UseRealTime();
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 BENCHMARK_CAPTURE(exact, flop, std::vector<std::string>{"AhKh", "QsQd"}, "Qh7h2c")
-    ->Arg(1)->Unit(benchmark::kMicrosecond)->UseRealTime();
+    ->Arg(1)
+    ->Unit(benchmark::kMicrosecond)
+    ->UseRealTime();
+
+// Exact short-deck equity, in the standard order (China costs the same); argument: threads.
+void exact_short_deck(benchmark::State& state, std::vector<std::string> players, const char* board) {
+  pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
+  r.game = pokermath::EquityGame::ShortDeck;
+  double equity = 0;
+  for (auto _ : state) {
+    equity = pokermath::compute_equity(r).players[0].equity;
+    benchmark::DoNotOptimize(equity);
+  }
+  state.counters["equity"] = equity;
+}
+BENCHMARK_CAPTURE(exact_short_deck, AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "")
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(exact_short_deck, AsKs_random, std::vector<std::string>{"AsKs", "random"}, "")
+    ->Arg(1)
+    ->Arg(2)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK_CAPTURE(exact_short_deck, AsKs_QhQd_9c8c, std::vector<std::string>{"AsKs", "QhQd", "9c8c"}, "")
+    ->Arg(1)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
 
 // The flop question with Auto, in a data directory without the pre-flop table (argument 0) and in
 // one that holds it (argument 1: $POKERMATH_DATA_DIR when it has "OrvalisPC.dat", else the table is
@@ -139,7 +179,8 @@ void BM_flop_preflop_table(benchmark::State& state) {
   if (state.range(0) == 1) {
     static const std::filesystem::path with_table = [] {
       const char* env = std::getenv("POKERMATH_DATA_DIR");
-      if (env && std::filesystem::exists(std::filesystem::path(env) / "OrvalisPC.dat")) return std::filesystem::path(env);
+      if (env && std::filesystem::exists(std::filesystem::path(env) / "OrvalisPC.dat"))
+        return std::filesystem::path(env);
       const auto dir = std::filesystem::temp_directory_path() / "pokermath_bench_preflop_table";
       pokermath::generate_preflop_table(dir);
       return dir;

@@ -152,7 +152,9 @@ void add_equity_command(CLI::App& app) {
   CLI::App* equity = app.add_subcommand("equity", "Win, tie and equity of hands, ranges and random hands");
   equity->footer(
       "Each PLAYER is a hand (AsKs), a range (\"QQ+,AKs,A5s-A2s\", \"KQ\" meaning suited and offsuit) or\n"
-      "random; in Omaha games a holding (AsKsQhJh) or random. Equity is the share of the pot, a split pot\n"
+      "random; in Omaha games a holding (AsKsQhJh) or random. The short deck (--game shortdeck, or china\n"
+      "where a straight beats three of a kind) deals the 36 cards from six to ace: no card below six.\n"
+      "Equity is the share of the pot, a split pot\n"
       "divided evenly; win and tie are the shares of deals won alone and split. In Hi/Lo games, high and\n"
       "low are the shares of the pot won with the high and with the low hand (equity = high + low), and\n"
       "scoop the share of deals in which the player takes the whole pot.\n\n"
@@ -168,11 +170,16 @@ void add_equity_command(CLI::App& app) {
       "  pokermath equity AhKh random --board Qh7h2c\n"
       "  pokermath equity AsAd --players 4 --monte-carlo --trials 200000 --seed 7\n"
       "  pokermath equity AsKs QhQd JcTc 9s9h 8d7d 6c5c --target-stderr 0.0005\n"
+      "  pokermath equity --game shortdeck AhKh QsQd          # also --game china\n"
+      "  pokermath equity --game shortdeck AsKs \"99+,ATs+\" --board Kd9c6h\n"
       "  pokermath equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c\n"
       "  pokermath equity --game omaha-hilo As2s3hKd random");
   equity->add_option("players", o->players, "Two or more hands, ranges or 'random'")->required();
-  equity->add_option("--game", o->game, "holdem (default), omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo")
-      ->check(CLI::IsMember({"holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"}));
+  equity
+      ->add_option("--game", o->game,
+                   "holdem (default), shortdeck, china, omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo")
+      ->check(
+          CLI::IsMember({"holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"}));
   equity->add_option("--board", o->board, "0, 3, 4 or 5 board cards, e.g. Qh7h2c");
   equity->add_option("--dead", o->dead, "Cards out of play");
   equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands")

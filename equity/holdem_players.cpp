@@ -1,6 +1,7 @@
 #include "equity/holdem_players.h"
 
 #include <algorithm>
+#include <bit>
 #include <set>
 #include <unordered_map>
 #include <unordered_set>
@@ -26,7 +27,8 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
     if (cards.size() != 2) continue;
     for (int c : cards) {
       if (known >> c & 1) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is already in play");
-      if (!(deck >> c & 1)) throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is not in the deck");
+      if (!(deck >> c & 1))
+        throw Error(ordinal(i) + ": card '" + card_to_string(c) + "' is not in the short deck (six to ace)");
       known |= uint64_t{1} << c;
     }
     p.combos = {Combo{{cards[0], cards[1]}, uint64_t{1} << cards[0] | uint64_t{1} << cards[1]}};
@@ -53,6 +55,13 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
         throw Error(ordinal(i) + ": " + e.what());
       }
     }
+    // Outside the full deck, a range naming a card the deck lacks (below six in the short deck) is
+    // a mistake, not a filter; "random" is any hand of the deck.
+    if (!p.random)
+      for (const auto& [a, b] : range.m_hands)
+        if (const uint64_t outside = (uint64_t{1} << a | uint64_t{1} << b) & ~deck)
+          throw Error(ordinal(i) + ": the range '" + p.text + "' holds '" + card_to_string(std::countr_zero(outside)) +
+                      "', which is not in the short deck (six to ace)");
     std::set<std::pair<int, int>> seen;
     for (const auto& [a, b] : range.m_hands) {
       const uint64_t mask = uint64_t{1} << a | uint64_t{1} << b;

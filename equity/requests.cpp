@@ -22,7 +22,8 @@ uint64_t check_request(const EquityRequest& request) {
   if (n < 2 || n > kMaxPlayers)
     throw Error("expected 2 to " + std::to_string(kMaxPlayers) + " players, got " + std::to_string(n));
   const size_t board = request.board.size();
-  if (board == 1 || board == 2 || board > 5) throw Error("a board has 0, 3, 4 or 5 cards, got " + std::to_string(board));
+  if (board == 1 || board == 2 || board > 5)
+    throw Error("a board has 0, 3, 4 or 5 cards, got " + std::to_string(board));
   if (request.trials < 1 || request.trials > kMaxTrials)
     throw Error("trials must be 1 to " + std::to_string(kMaxTrials) + ", got " + std::to_string(request.trials));
   if (request.time_ms < 0) throw Error("a time limit cannot be negative, got " + std::to_string(request.time_ms));
@@ -71,17 +72,21 @@ EquityResult equity_result(const std::vector<std::string>& texts, const std::vec
 
 EquityGame equity_game_from_name(std::string_view name) {
   static constexpr std::pair<std::string_view, EquityGame> kGames[] = {
-      {"holdem", EquityGame::Holdem}, {"omaha", EquityGame::Omaha},          {"omaha5", EquityGame::Omaha5},
-      {"omaha6", EquityGame::Omaha6}, {"omaha-hilo", EquityGame::OmahaHiLo}, {"omaha5-hilo", EquityGame::Omaha5HiLo}};
+      {"holdem", EquityGame::Holdem},        {"omaha", EquityGame::Omaha},
+      {"omaha5", EquityGame::Omaha5},        {"omaha6", EquityGame::Omaha6},
+      {"omaha-hilo", EquityGame::OmahaHiLo}, {"omaha5-hilo", EquityGame::Omaha5HiLo},
+      {"shortdeck", EquityGame::ShortDeck},  {"china", EquityGame::ShortDeckChina}};
   for (const auto& [game_name, game] : kGames)
     if (game_name == name) return game;
-  throw Error("unknown game '" + std::string(name) + "': holdem, omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo");
+  throw Error("unknown game '" + std::string(name) +
+              "': holdem, omaha, omaha5, omaha6, omaha-hilo, omaha5-hilo, shortdeck or china");
 }
 
 EquityResult compute_equity(const EquityRequest& request) {
   const auto start = std::chrono::steady_clock::now();
-  EquityResult result = request.game == EquityGame::Holdem ? detail::compute_holdem_equity(request)
-                                                           : detail::compute_omaha_equity(request);
+  const bool holdem = request.game == EquityGame::Holdem || request.game == EquityGame::ShortDeck ||
+                      request.game == EquityGame::ShortDeckChina;
+  EquityResult result = holdem ? detail::compute_holdem_equity(request) : detail::compute_omaha_equity(request);
   result.seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
   return result;
 }

@@ -60,6 +60,8 @@ TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
       {"eval --game shortdeck 5h 6d 7c 8s 9h", "card '5h' at position 1 is not in the short deck"},
       {"eval --game lowball27 7c 5d 4h 3s 2c 9d", "expected 5 cards, got 6"},
       {"eval --game omaha 7c 5d 4h 3s 2c", "--game"},
+      {"equity --game shortdeck AsKs 5h5d", "player 2: card '5h' is not in the short deck (six to ace)"},
+      {"equity --game china AsKs random --board Qh7h2c", "card '2c' is not in the short deck"},
       // numbers out of range are refused, never capped or wrapped
       {"equity AsKs QhQd --trials 99999999999999999999",
        "--trials: expected a whole number from 1 to 1000000000000, got '99999999999999999999'"},
@@ -122,6 +124,7 @@ TEST(CliEquity, JsonCountsDealsAsAWholeNumber) {
   const CliRun r = expect_output("equity AsKs QhQd --json", {"\"method\": \"exact\"", "\"deals\": 1712304,"});
   EXPECT_TRUE(r.err.empty()) << r.err;
   expect_output("equity AsKs QhQd --monte-carlo --trials 010 --json", {"\"deals\": 10,"});  // decimal, not octal
+  expect_output("equity --game shortdeck AsKs QhQd --json", {"\"game\": \"shortdeck\"", "\"deals\": 201376,"});
 }
 
 TEST(Cli, TablesWritesOnlyWhatIsMissing) {

@@ -1,6 +1,6 @@
-// The Hold'em equity engine: exact counts against a plain brute force over hundreds of random
-// requests, the same numbers on one thread or two, Monte Carlo within a few standard errors and its
-// stopping rules, refused requests, progress and cancellation.
+// The Hold'em and short-deck equity engine: exact counts against a plain brute force over hundreds of
+// random requests in each ranking, the same numbers on one thread or two, Monte Carlo within a few
+// standard errors and its stopping rules, refused requests, progress and cancellation.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -8,6 +8,7 @@
 #include <cmath>
 #include <random>
 #include <set>
+#include <span>
 #include <sstream>
 #include <stop_token>
 
@@ -16,9 +17,29 @@
 
 namespace {
 
+using pokermath::EquityGame;
 using pokermath::EquityMethod;
 using pokermath::EquityRequest;
 using pokermath::EquityResult;
+using pokermath::ShortDeckRules;
+
+constexpr uint64_t kAllCards = (uint64_t{1} << 52) - 1;
+
+// Cards outside the deck of a game: none in Hold'em, the deuces to fives in the short deck.
+uint64_t outside_deck(EquityGame game) {
+  if (game == EquityGame::Holdem) return 0;
+  uint64_t low = 0;
+  for (int card = 0; card < 52; ++card)
+    if (card % 13 < 4) low |= uint64_t{1} << card;
+  return low;
+}
+
+// The value of seven cards in the game's ranking, larger is stronger.
+int value_in(EquityGame game, std::span<const int> cards) {
+  if (game == EquityGame::ShortDeck) return pokermath::hand_value(cards, ShortDeckRules::Standard);
+  if (game == EquityGame::ShortDeckChina) return pokermath::hand_value(cards, ShortDeckRules::China);
+  return pokermath::hand_value(cards);
+}
 
 // An empty data directory: no pre-flop table is ever read.
 const std::filesystem::path& data_dir() {
@@ -42,11 +63,13 @@ std::string describe(const EquityRequest& r) {
   out << "players:";
   for (const std::string& p : r.players) out << " [" << p << "]";
   out << " board: [" << test_util::names(r.board) << "] dead: [" << test_util::names(r.dead) << "]";
+  if (r.game != EquityGame::Holdem) out << (r.game == EquityGame::ShortDeck ? " short deck" : " china");
   return out.str();
 }
 
 // Each player's hands (a range's combinations, or every hand for "random") that avoid `known`.
 std::vector<std::vector<std::array<int, 2>>> hands_of(const EquityRequest& r, uint64_t known) {
+  known |= outside_deck(r.game);
   std::vector<std::vector<std::array<int, 2>>> hands;
   for (const std::string& text : r.players) {
     std::set<std::pair<int, int>> pairs;
@@ -73,25 +96,27 @@ struct Counts {
   int64_t deals = 0;
   std::vector<int64_t> wins, ties;
   std::vector<double> shares;
+  double common = 0;  // player 0 under the classic multiway rule: alone 1, tied with k opponents 1/k
 };
 
 // Every tuple of hands with no card in common, times every completion of the board.
 Counts brute_force(const EquityRequest& r) {
   const int n = static_cast<int>(r.players.size()), missing = 5 - static_cast<int>(r.board.size());
-  const uint64_t known = pokermath::cards_to_mask(r.board) | pokermath::cards_to_mask(r.dead);
+  const uint64_t known = pokermath::cards_to_mask(r.board) | pokermath::cards_to_mask(r.dead) | outside_deck(r.game);
   const auto hands = hands_of(r, known);
   Counts c{0, std::vector<int64_t>(n), std::vector<int64_t>(n), std::vector<double>(n)};
   std::vector<std::array<int, 7>> seven(n);
   for (auto& s : seven) std::copy(r.board.begin(), r.board.end(), s.begin() + 2);
   auto score = [&](const int* rest) {
-    int value[6], best = 0;
+    int value[6] = {}, best = 0;
     for (int p = 0; p < n; ++p) {
       std::copy(rest, rest + missing, seven[p].begin() + 7 - missing);
-      best = std::max(best, value[p] = pokermath::hand_value(seven[p]));
+      best = std::max(best, value[p] = value_in(r.game, seven[p]));
     }
     const int k = static_cast<int>(std::count(value, value + n, best));
     for (int p = 0; p < n; ++p)
       if (value[p] == best) ++(k == 1 ? c.wins : c.ties)[p], c.shares[p] += 1.0 / k;
+    if (value[0] == best) c.common += k == 1 ? 1.0 : 1.0 / (k - 1);
     ++c.deals;
   };
   auto deal = [&](auto& self, int p, uint64_t used) -> void {
@@ -114,15 +139,25 @@ Counts brute_force(const EquityRequest& r) {
   return c;
 }
 
-// A random request: 2..6 players, each a given hand, a few classes, a few exact hands or "random";
-// 0..3 dead cards. Pre-flop requests hold given hands only. At most `budget` hand values to brute force.
-EquityRequest random_request(std::mt19937& rng, bool preflop, double budget) {
+// A random class cell of the game: any of the 169, or one of the 81 of ranks six to ace (rows and
+// columns 0..8 of the matrix).
+int random_class(std::mt19937& rng, EquityGame game) {
+  if (game == EquityGame::Holdem) return static_cast<int>(rng() % 169);
+  return static_cast<int>(13 * (rng() % 9) + rng() % 9);
+}
+
+// A random request of the game: 2..6 players, each a given hand, a few classes, a few exact hands or
+// "random"; 0..3 dead cards. Pre-flop requests hold given hands only. At most `budget` hand values to
+// brute force.
+EquityRequest random_request(std::mt19937& rng, EquityGame game, bool preflop, double budget) {
+  const uint64_t outside = outside_deck(game);
   for (;;) {
     const int n = rng() % 2 ? 2 : 3 + static_cast<int>(rng() % 4);
     static constexpr int kBoardSizes[] = {3, 3, 3, 4, 4, 5};
     const int board = preflop ? 0 : kBoardSizes[rng() % 6], dead = rng() % 2 ? 0 : 1 + static_cast<int>(rng() % 3);
-    std::vector<int> cards = test_util::random_cards(rng, board + dead + 2 * n);
+    std::vector<int> cards = test_util::random_cards(rng, board + dead + 2 * n, outside);
     EquityRequest r = request({});
+    r.game = game;
     r.board.assign(cards.begin(), cards.begin() + board);
     r.dead.assign(cards.begin() + board, cards.begin() + board + dead);
     const uint64_t known = pokermath::cards_to_mask(r.board) | pokermath::cards_to_mask(r.dead);
@@ -133,10 +168,10 @@ EquityRequest random_request(std::mt19937& rng, bool preflop, double budget) {
         text = test_util::names({cards[board + dead + 2 * p], cards[board + dead + 2 * p + 1]});
       } else if (kind < 7) {
         for (int i = 1 + static_cast<int>(rng() % 6); i > 0; --i)
-          (text += text.empty() ? "" : ",") += pokermath::hand_class_name(static_cast<int>(rng() % 169));
+          (text += text.empty() ? "" : ",") += pokermath::hand_class_name(random_class(rng, game));
       } else if (kind < 9) {
         for (int i = 1 + static_cast<int>(rng() % 4); i > 0; --i)
-          (text += text.empty() ? "" : ",") += test_util::names(test_util::random_cards(rng, 2, known));
+          (text += text.empty() ? "" : ",") += test_util::names(test_util::random_cards(rng, 2, known | outside));
       } else {
         text = "random";
       }
@@ -144,7 +179,7 @@ EquityRequest random_request(std::mt19937& rng, bool preflop, double budget) {
       r.players.push_back(text);
     }
     const auto hands = hands_of(r, known);
-    double work = n * choose(52 - std::popcount(known) - 2 * n, 5 - board);
+    double work = n * choose(52 - std::popcount(known | outside) - 2 * n, 5 - board);
     for (const auto& h : hands) work *= static_cast<double>(h.size());
     if (work > 0 && work <= budget) return r;
   }
@@ -152,23 +187,30 @@ EquityRequest random_request(std::mt19937& rng, bool preflop, double budget) {
 
 TEST(EquityEngine, ExactCountsMatchABruteForce) {
   std::mt19937 rng(20240611);
-  const int preflop = static_cast<int>(test_util::sweep_size(4, 2)),
-            total = preflop + static_cast<int>(test_util::sweep_size(400, 100));
-  for (int i = 0; i < total; ++i) {
-    const EquityRequest r = random_request(rng, i < preflop, i < preflop ? 1e7 : 2e6);
-    SCOPED_TRACE(describe(r));
-    const Counts want = brute_force(r);
-    EquityResult got;
-    const std::string error = test_util::error_of([&] { got = pokermath::compute_equity(r); });
-    EXPECT_EQ(error == "(no error)", want.deals > 0) << error;  // refused exactly when no deal exists
-    if (want.deals == 0 || !got.exact) continue;
-    ASSERT_EQ(got.deals, static_cast<double>(want.deals));
-    for (size_t p = 0; p < r.players.size(); ++p) {
-      EXPECT_EQ(std::llround(got.players[p].win * got.deals), want.wins[p]) << p;
-      EXPECT_EQ(std::llround(got.players[p].tie * got.deals), want.ties[p]) << p;
-      EXPECT_NEAR(got.players[p].equity, want.shares[p] / got.deals, 1e-9) << p;
+  // Hold'em, then the short deck in both orders.
+  const struct {
+    EquityGame game;
+    int64_t requests;
+  } games[] = {{EquityGame::Holdem, test_util::sweep_size(400, 100)},
+               {EquityGame::ShortDeck, test_util::sweep_size(200, 50)},
+               {EquityGame::ShortDeckChina, test_util::sweep_size(200, 50)}};
+  const int preflop = static_cast<int>(test_util::sweep_size(4, 2));
+  for (const auto& [game, requests] : games)
+    for (int i = 0; i < preflop + requests; ++i) {
+      const EquityRequest r = random_request(rng, game, i < preflop, i < preflop ? 1e7 : 2e6);
+      SCOPED_TRACE(describe(r));
+      const Counts want = brute_force(r);
+      EquityResult got;
+      const std::string error = test_util::error_of([&] { got = pokermath::compute_equity(r); });
+      EXPECT_EQ(error == "(no error)", want.deals > 0) << error;  // refused exactly when no deal exists
+      if (want.deals == 0 || !got.exact) continue;
+      ASSERT_EQ(got.deals, static_cast<double>(want.deals));
+      for (size_t p = 0; p < r.players.size(); ++p) {
+        EXPECT_EQ(std::llround(got.players[p].win * got.deals), want.wins[p]) << p;
+        EXPECT_EQ(std::llround(got.players[p].tie * got.deals), want.ties[p]) << p;
+        EXPECT_NEAR(got.players[p].equity, want.shares[p] / got.deals, 1e-9) << p;
+      }
     }
-  }
 }
 
 void expect_same(const EquityResult& a, const EquityResult& b) {
@@ -184,6 +226,7 @@ void expect_same(const EquityResult& a, const EquityResult& b) {
 struct Case {
   std::vector<std::string> players;
   std::string board;
+  EquityGame game = EquityGame::Holdem;
 };
 
 TEST(EquityEngine, ExactIsTheSameOnOneThreadOrTwo) {
@@ -200,11 +243,16 @@ TEST(EquityEngine, MonteCarloIsReproducibleAndWithinFourStandardErrors) {
   const Case cases[] = {{{"AsKs", "QhQd"}, ""},
                         {{"AhKh", "QQ+,AK", "random"}, "Qh 7h 2c"},
                         {{"TT+,AQ+", "random", "8s7s"}, "9s 6d 2c 4h"},
-                        {{"JJ", "TT", "99", "A5s"}, "Ts 9c 5s"}};
+                        {{"JJ", "TT", "99", "A5s"}, "Ts 9c 5s"},
+                        {{"AsKs", "QhQd", "9c8c"}, "", EquityGame::ShortDeck},
+                        {{"JhTh", "77,99+", "random"}, "Qs 9h 8d", EquityGame::ShortDeckChina}};
   for (const Case& c : cases) {
     SCOPED_TRACE(describe(request(c.players, c.board)));
-    const EquityResult exact = pokermath::compute_equity(request(c.players, c.board, EquityMethod::Exact, 2));
+    EquityRequest exact_request = request(c.players, c.board, EquityMethod::Exact, 2);
+    exact_request.game = c.game;
+    const EquityResult exact = pokermath::compute_equity(exact_request);
     EquityRequest r = request(c.players, c.board, EquityMethod::MonteCarlo, 1);
+    r.game = c.game;
     r.trials = test_util::sweep_size(300000, 30000);
     r.seed = 7;
     const EquityResult one = pokermath::compute_equity(r);
@@ -265,6 +313,136 @@ TEST(EquityEngine, ImpossibleRequestsAreRefused) {
   EXPECT_EQ(message(with([](EquityRequest& r) { r.target_std_error = -0.5; })),
             "a target standard error must be a number 0 or more, got -0.500000");
   EXPECT_EQ(message(with([](EquityRequest& r) { r.threads = -2; })), "threads cannot be negative, got -2");
+
+  // The short deck: every card six or higher, 36 cards in all.
+  const struct {
+    std::vector<std::string> players;
+    std::string board, dead, message;
+  } short_deck[] = {
+      {{"AsKs", "5h5d"}, "", "", "player 2: card '5h' is not in the short deck (six to ace)"},
+      {{"AsKs", "QQ+,A5s"},
+       "",
+       "",
+       "player 2: the range 'QQ+,A5s' holds '5c', which is not in the short deck (six to ace)"},
+      {{"AsKs", "random"}, "Qh 7h 2c", "", "card '2c' is not in the short deck (six to ace)"},
+      {{"AsKs", "random"}, "", "4d", "card '4d' is not in the short deck (six to ace)"},
+      {{"AsKs", "random"}, "Qh 7h", "", "a board has 0, 3, 4 or 5 cards, got 2"},
+      {std::vector<std::string>(10, "random"), "", "6c6d6h6s7c7d7h7s8c8d8h8s",
+       "10 players need more cards than the deck holds"},
+  };
+  for (const auto& c : short_deck) {
+    EquityRequest r = request(c.players, c.board);
+    r.game = EquityGame::ShortDeck;
+    r.dead = test_util::cards(c.dead);
+    EXPECT_EQ(message(r), c.message);
+  }
+}
+
+// Where a straight meets three of a kind the two short-deck orders part: the standard order ranks the
+// three of a kind higher, the China order the straight. Both against the brute force.
+TEST(EquityEngine, ShortDeckOrdersDifferWhereAStraightMeetsThreeOfAKind) {
+  const struct {
+    std::vector<std::string> players;
+    std::string board;
+  } cases[] = {{{"JhTh", "7s7d"}, "Qs 9h 8d 7c"},  // a straight against a set, one card to come
+               {{"JhTh", "8s8h"}, "Qs 9h 8d"},     // a straight against a set on the flop
+               {{"Ts9s", "8h8c", "AsKd"}, "Jd 8s 7c"}};
+  for (const auto& c : cases) {
+    double hero[2] = {};
+    for (EquityGame game : {EquityGame::ShortDeck, EquityGame::ShortDeckChina}) {
+      EquityRequest r = request(c.players, c.board);
+      r.game = game;
+      SCOPED_TRACE(describe(r));
+      const Counts want = brute_force(r);
+      const EquityResult got = pokermath::compute_equity(r);
+      ASSERT_EQ(got.deals, static_cast<double>(want.deals));
+      for (size_t p = 0; p < c.players.size(); ++p)
+        EXPECT_NEAR(got.players[p].equity, want.shares[p] / got.deals, 1e-12) << p;
+      hero[game == EquityGame::ShortDeckChina] = got.players[0].equity;
+    }
+    EXPECT_GT(hero[1], hero[0] + 0.2) << "the straight gains in the China order";
+  }
+}
+
+// The classic short-deck engines over Spec ranges: Enumerate against the brute force with the
+// classic tie rule, Common within four standard errors of it with its trial and time limits, and
+// refused input.
+TEST(EquityEngine, ClassicShortDeckEngines) {
+  const struct {
+    std::vector<std::string> players;
+    std::string board;
+  } cases[] = {{{"AsKs", "QhQd"}, ""},
+               {{"JhTh", "8s8h,99", "AK"}, "Qs 9h 8d"},
+               {{"T9s", "88+", "random"}, "Jd 8s 7c 6h"},
+               {{"AA,KK", "AK", "QQ"}, "Ac Kd 6c 7h 9s"}};
+  for (const auto& c : cases)
+    for (bool china : {false, true}) {
+      EquityRequest r = request(c.players, c.board);
+      r.game = china ? EquityGame::ShortDeckChina : EquityGame::ShortDeck;
+      SCOPED_TRACE(describe(r));
+      const Counts want = brute_force(r);
+      std::vector<Spec> ranges;
+      for (const std::string& text : c.players) {
+        ranges.emplace_back();
+        text == "random" ? ranges.back().MakeRandom() : void(ranges.back() = pokermath::parse_range(text));
+      }
+      const int n = static_cast<int>(ranges.size()), board = static_cast<int>(r.board.size());
+      const int* cards = r.board.data();
+      int deals = 0, ms = 0;
+      const double percent =
+          china ? getProbabilityOfWinHoldem6PlusChinaEnumerate(ranges.data(), n, cards, board, nullptr, 0, deals, ms)
+                : getProbabilityOfWinHoldem6PlusEnumerate(ranges.data(), n, cards, board, nullptr, 0, deals, ms);
+      EXPECT_EQ(deals, want.deals);
+      EXPECT_NEAR(percent, want.common / static_cast<double>(want.deals) * 100, 1e-9);
+      double wins = 0, ties = 0, total = 0;
+      EXPECT_EQ((china ? getWinHoldem6PlusChinaEnumerate : getWinHoldem6PlusEnumerate)(
+                    ranges.data(), n, cards, board, nullptr, 0, wins, ties, total, ms),
+                1);
+      EXPECT_EQ(wins, want.wins[0]);
+      EXPECT_EQ(ties, want.ties[0]);
+      EXPECT_EQ(total, want.deals);
+
+      int trials = 200000;
+      ms = 100000;
+      const double sampled = (china ? getProbabilityOfWinHoldem6PlusChinaCommon : getProbabilityOfWinHoldem6PlusCommon)(
+          ranges.data(), n, cards, board, nullptr, 0, trials, ms);
+      EXPECT_EQ(trials, 200000);  // no time limit reached: every trial
+      const double p = percent / 100, error = 100 * std::sqrt(std::max(p * (1 - p), 1e-4) / trials);
+      EXPECT_NEAR(sampled, percent, 4 * error + 0.05);
+    }
+
+  // The time limit: read after the first trial and every 10,000th.
+  const Spec pair = pokermath::parse_range("AA"), any = pokermath::parse_range("random");
+  const Spec ranges[] = {pair, any, any};
+  int trials = 1000000000, ms = 30;
+  double wins = 0, ties = 0;
+  EXPECT_EQ(getWinHoldem6PlusCommon(ranges, 3, nullptr, 0, nullptr, 0, wins, ties, trials, ms), 1);
+  EXPECT_LT(trials, 1000000000);
+  EXPECT_EQ((trials - 1) % 10000, 0);
+  EXPECT_GE(ms, 30);
+  EXPECT_GT(wins, trials * 0.5);
+
+  // Refused input gives 0.
+  const int low_board[] = {3, 20, 30}, two[] = {20, 30}, twice[] = {20, 20, 30};
+  auto refused = [&](const Spec* specs, int n, const int* board, int count, const int* dead = nullptr,
+                     int dead_count = 0) {
+    int deals = 1, ms_out = 0, sampled = 100;
+    int time = 1000;
+    return getProbabilityOfWinHoldem6PlusEnumerate(specs, n, board, count, dead, dead_count, deals, ms_out) == 0 &&
+           deals == 0 &&
+           getProbabilityOfWinHoldem6PlusCommon(specs, n, board, count, dead, dead_count, sampled, time) == 0 &&
+           sampled == 0;
+  };
+  const Spec low = pokermath::parse_range("A5s"), three_aces[] = {pair, pair, pair};
+  const Spec with_low[] = {pair, low};
+  EXPECT_TRUE(refused(ranges, 1, nullptr, 0));
+  EXPECT_TRUE(refused(ranges, 11, nullptr, 0));
+  EXPECT_TRUE(refused(ranges, 2, two, 2));          // a board of two cards
+  EXPECT_TRUE(refused(ranges, 2, low_board, 3));    // 5c is not a short-deck card
+  EXPECT_TRUE(refused(ranges, 2, twice, 3));        // a card twice
+  EXPECT_TRUE(refused(with_low, 2, nullptr, 0));    // A5s has no short-deck combination
+  EXPECT_TRUE(refused(three_aces, 3, nullptr, 0));  // three players on AA can never be dealt
+  EXPECT_TRUE(refused(ranges, 2, nullptr, 0, low_board, 3));
 }
 
 TEST(EquityEngine, ProgressRisesToOneAndAStopCancels) {

@@ -29,6 +29,44 @@ double EquityHandVsRandomCommon(const int* hero, int h, const int* board, int bo
 // eval_rank7_via_ofsm7; hiLo != 0 splits the pot with the eight-or-better low. Percent.
 double RiverEquityHandVsRandomOnPreFlopCommon(uint64_t hero, int trials, int& ms, int hiLo);
 
+// ---- short-deck equity over ranges: the "6Plus" engines and their "China" forms ----------------------
+// Short-deck Hold'em (the 36 cards six to ace) among `players` (2..10) players, player i holding any
+// combination of ranges[i] that has no card below six and none of the board or dead cards: boardCount
+// (0, 3, 4 or 5) board cards, deadCount cards out of play (either array may be null when its count
+// is 0). The plain forms rank in the standard short-deck order (three of a kind beats a straight, a
+// flush beats a full house), the China forms in the China order (a straight beats three of a kind).
+//
+// Refused input gives 0 (and zero counts): a player count outside 2..10, a board of 1, 2 or more than
+// 5 cards, a board or dead card that is not a short-deck card or is given twice, more cards than the
+// deck holds, a range with no combination left, players who can never be dealt together; for the
+// Enumerate forms also more than 10 million tuples of hands.
+//
+// The ProbabilityOfWin forms return player 0's share in percent under the multiway Common tie rule:
+// a deal won alone scores 1, a deal shared with k opponents 1/k (one tie is a whole win).
+// Common forms sample: trials and ms are in-out, the trial limit and the time limit in milliseconds
+// on entry (the clock is read after the first trial and after every 10,000th), the trials done and
+// the elapsed milliseconds on return; the generator is seeded from the clock.
+// Enumerate forms count every deal once (tuples of hands times completions of the board): `deals`
+// receives their number (capped at 2,147,483,647 in the int form) and ms the elapsed milliseconds.
+double getProbabilityOfWinHoldem6PlusCommon(const Spec* ranges, int players, const int* board, int boardCount,
+                                            const int* dead, int deadCount, int& trials, int& ms);
+double getProbabilityOfWinHoldem6PlusChinaCommon(const Spec* ranges, int players, const int* board, int boardCount,
+                                                 const int* dead, int deadCount, int& trials, int& ms);
+double getProbabilityOfWinHoldem6PlusEnumerate(const Spec* ranges, int players, const int* board, int boardCount,
+                                               const int* dead, int deadCount, int& deals, int& ms);
+double getProbabilityOfWinHoldem6PlusChinaEnumerate(const Spec* ranges, int players, const int* board, int boardCount,
+                                                    const int* dead, int deadCount, int& deals, int& ms);
+// The counts behind them: `wins` the deals player 0 wins alone, `ties` the deals it shares (sampled
+// counts scaled to the trials done). Return 1, or 0 for refused input.
+int getWinHoldem6PlusCommon(const Spec* ranges, int players, const int* board, int boardCount, const int* dead,
+                            int deadCount, double& wins, double& ties, int& trials, int& ms);
+int getWinHoldem6PlusChinaCommon(const Spec* ranges, int players, const int* board, int boardCount, const int* dead,
+                                 int deadCount, double& wins, double& ties, int& trials, int& ms);
+int getWinHoldem6PlusEnumerate(const Spec* ranges, int players, const int* board, int boardCount, const int* dead,
+                               int deadCount, double& wins, double& ties, double& deals, int& ms);
+int getWinHoldem6PlusChinaEnumerate(const Spec* ranges, int players, const int* board, int boardCount, const int* dead,
+                                    int deadCount, double& wins, double& ties, double& deals, int& ms);
+
 // ---- the pokermath:: pre-flop table file ----------------------------------------------------------
 namespace pokermath {
 
@@ -54,10 +92,14 @@ size_t load_preflop_table(PokerLogic& logic, const std::filesystem::path& path);
 enum class EquityMethod { Auto, Exact, MonteCarlo };
 
 // The game of an equity question. Omaha hands hold 4, 5 or 6 cards and play exactly two of them with
-// three board cards; in Hi/Lo half the pot goes to the best eight-or-better low.
-enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo };
+// three board cards; in Hi/Lo half the pot goes to the best eight-or-better low. The short deck is
+// Hold'em with the 36 cards from six to ace, ranked in the standard short-deck order (three of a
+// kind beats a straight, a flush beats a full house) or in the China order (a straight beats three
+// of a kind).
+enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo, ShortDeck, ShortDeckChina };
 
-// "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"; throws Error for another name.
+// "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo", "shortdeck", "china"; throws
+// Error for another name.
 EquityGame equity_game_from_name(std::string_view name);
 
 // Reports a long computation: the fraction done, 0..1, rising. Called on the thread that called
@@ -68,8 +110,9 @@ using WorkProgress = std::function<void(double fraction)>;
 inline constexpr int64_t kMaxTrials = 1'000'000'000'000;
 
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
-// parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random".
-// Cards on the board and dead cards belong to nobody.
+// parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random". In the
+// short deck every card is six or higher: a hand, range item, board or dead card below six is an
+// error ("random" is any short-deck hand). Cards on the board and dead cards belong to nobody.
 //
 // Exact answers count every deal, grouping deals that are equal up to a permutation of suits;
 // Monte Carlo answers sample deals in fixed chunks of trials, each chunk with its own random

@@ -34,7 +34,7 @@ _Out = TypeVar("_Out", bound=numpy.ndarray[Any, Any] | array.array[int] | Writea
 
 _Game: TypeAlias = Literal["holdem", "shortdeck", "china", "lowball27"]
 _BatchGame: TypeAlias = Literal["holdem", "shortdeck", "china"]
-_EquityGame: TypeAlias = Literal["holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"]
+_EquityGame: TypeAlias = Literal["holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"]
 _Method: TypeAlias = Literal["auto", "exact", "monte-carlo"]
 _TableFileName: TypeAlias = Literal["texas-7.bin", "omaha-7.bin", "six-plus-5.bin", "six-plus-7.bin", "OrvalisHR.dat"]
 _WorkProgress: TypeAlias = Callable[[float], object]

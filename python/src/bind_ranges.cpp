@@ -186,7 +186,7 @@ void bind_ranges(py::module_& m) {
   py::class_<RangeFile>(m, "RangeFile",
                         "A range file: one class per line, strongest first (\"AA\", \"KK\", \"AKs\", ...), from which\n"
                         "top() takes the strongest classes.")
-.def(py::init([](const std::filesystem::path& path, const std::string& game) {
+      .def(py::init([](const std::filesystem::path& path, const std::string& game) {
              if (game != "holdem" && game != "shortdeck")
                throw Error("unknown game '" + game + "': use holdem or shortdeck");
              const RangeGame range_game = game == "holdem" ? RangeGame::Holdem : RangeGame::ShortDeck;

@@ -23,6 +23,8 @@ QUESTIONS = [
     (["As2s3hKd", "9c9d8c7d"], {"game": "omaha-hilo", "board": "Ts6h2c"}),
     (["AsAd", "random", "random"], {"method": "monte-carlo", "trials": 200_000, "seed": 7}),
     (["As2s3hKdQc", "random"], {"game": "omaha5-hilo", "method": "monte-carlo", "trials": 100_000, "seed": 11}),
+    (["AsKs", "99+,ATs+", "random"], {"game": "shortdeck", "board": "Kd9c6h"}),
+    (["JhTh", "7s7d"], {"game": "china", "board": "Qs9h8d"}),
 ]
 
 
