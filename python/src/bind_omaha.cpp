@@ -7,8 +7,13 @@ namespace pokermath::python {
 
 namespace {
 
+// The category in words, as evaluate() gives it: the straight flush to the ace is the royal flush.
+std::string category_words(Category category, int value) {
+  return value == 7462 ? "royal flush" : std::string(category_name(category));
+}
+
 std::string omaha_hand_repr(const OmahaHand& h) {
-  return "OmahaHand(category='" + std::string(category_name(h.category)) + "', value=" + std::to_string(h.value) +
+  return "OmahaHand(category='" + category_words(h.category, h.value) + "', value=" + std::to_string(h.value) +
          ", hole_used='" + cards_to_string(h.hole_used) + "', board_used='" + cards_to_string(h.board_used) +
          "', description='" + h.description + "')";
 }
@@ -25,7 +30,7 @@ void bind_omaha(py::module_& m) {
   py::class_<OmahaHand>(m, "OmahaHand", "The best Omaha high hand: two hole cards and three board cards.")
       .def_readonly("value", &OmahaHand::value, "1..7462, larger is stronger")
       .def_readonly("hand_class", &OmahaHand::hand_class, "five-card class 1..7462, smaller is stronger")
-      .def_property_readonly("category", [](const OmahaHand& h) { return std::string(category_name(h.category)); })
+      .def_property_readonly("category", [](const OmahaHand& h) { return category_words(h.category, h.value); })
       .def_readonly("hole_used", &OmahaHand::hole_used, "the two hole cards played")
       .def_readonly("board_used", &OmahaHand::board_used, "the three board cards played")
       .def_readonly("description", &OmahaHand::description, "the five played cards in words")
@@ -34,10 +39,10 @@ void bind_omaha(py::module_& m) {
   py::class_<OmahaOut>(m, "OmahaOut", "One unseen card that improves the hand.")
       .def_readonly("card", &OmahaOut::card)
       .def_readonly("value", &OmahaOut::value, "the hand's value with the card, larger is stronger")
-      .def_property_readonly("category", [](const OmahaOut& o) { return std::string(category_name(o.category)); })
+      .def_property_readonly("category", [](const OmahaOut& o) { return category_words(o.category, o.value); })
       .def_readonly("nut", &OmahaOut::nut, "the hand is then the nuts")
       .def("__repr__", [](const OmahaOut& o) {
-        return "OmahaOut(card='" + card_to_string(o.card) + "', category='" + std::string(category_name(o.category)) +
+        return "OmahaOut(card='" + card_to_string(o.card) + "', category='" + category_words(o.category, o.value) +
                "', nut=" + (o.nut ? "True" : "False") + ")";
       });
 
@@ -56,11 +61,11 @@ void bind_omaha(py::module_& m) {
 
   py::class_<OmahaNuts>(m, "OmahaNuts", "The nut hand on a board and every two-card holding that makes it.")
       .def_readonly("value", &OmahaNuts::value, "1..7462, larger is stronger")
-      .def_property_readonly("category", [](const OmahaNuts& n) { return std::string(category_name(n.category)); })
+      .def_property_readonly("category", [](const OmahaNuts& n) { return category_words(n.category, n.value); })
       .def_readonly("holdings", &OmahaNuts::holdings, "the two-card holdings that make the nuts")
       .def_readonly("description", &OmahaNuts::description, "the first nut holding's five cards in words")
       .def("__repr__", [](const OmahaNuts& n) {
-        return "OmahaNuts(category='" + std::string(category_name(n.category)) +
+        return "OmahaNuts(category='" + category_words(n.category, n.value) +
                "', holdings=" + std::to_string(n.holdings.size()) + ", description='" + n.description + "')";
       });
 
@@ -91,7 +96,7 @@ void bind_omaha(py::module_& m) {
       "The best Omaha high hand of 4 to 6 hole cards on 3 to 5 board cards, made of exactly two hole\n"
       "and three board cards.\n\n"
       ">>> pokermath.omaha_best(\"AsKs7d2c\", \"QsJsTs3h2d\").category\n"
-      "'straight flush'");
+      "'royal flush'");
   m.def(
       "omaha_low",
       [](py::handle hole, py::handle board) -> std::optional<std::string> {

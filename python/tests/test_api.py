@@ -140,7 +140,7 @@ def test_range_file(tmp_path):
 
 
 @pytest.mark.parametrize("hole, board, category, value, hole_used, board_used, low", [
-    ("AsKs7d2c", "QsJsTs3h2d", "straight flush", 7462, "As Ks", "Qs Js Ts", None),
+    ("AsKs7d2c", "QsJsTs3h2d", "royal flush", 7462, "As Ks", "Qs Js Ts", None),
     ("As2s3hKd", "Ts6h2c4d5c", "straight", 5855, "2s 3h", "6h 4d 5c", "5-4-3-2-A"),
     ("9c9d8c7d", "Ts6h2c4d5c", "straight", 5857, "8c 7d", "6h 4d 5c", "8-7-5-4-2"),
 ])
