@@ -6,6 +6,7 @@
 #include <fstream>
 #include <mutex>
 
+#include "eval/short_deck_equity_files.h"
 #include "eval/state_machine_files.h"
 #include "fsm5_table.h"
 #include "pokermath/eval.h"
@@ -128,6 +129,7 @@ void fsm5::Free() {
   pokermath::free_table_memory(six_plus_fsm7);
   six_plus_fsm5 = nullptr;
   six_plus_fsm7 = nullptr;
+  pokermath::detail::free_short_deck_equity_tables();
 }
 
 int load_texasfsm7() { return load_state_machine_slot(kTexas7File.name, kTexas7File); }

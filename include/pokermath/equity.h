@@ -174,4 +174,21 @@ EquityResult compute_equity(const EquityRequest& request);
 // written (a directory that cannot be created or written, no space, ...).
 bool generate_preflop_table(const std::filesystem::path& dir, bool force = false, const TableProgress& progress = {});
 
+// The short-deck equity tables of fsm5 (docs/tables.md): "ET2I_6.bin", the matchup tables
+// "ET2F_6.bin", "ET2T_6.bin", "ET2R_6.bin" and their China forms "ET2F_6C.bin", "ET2T_6C.bin",
+// "ET2R_6C.bin", and "FT2R_6.bin", "FT2R_6C.bin" (a hand against a random hand), in that order.
+std::vector<std::string> short_deck_table_names();
+
+// Computes the short-deck equity tables exactly (every board of every matchup, each class of
+// matchups equal up to suits once, in parallel) and writes them into `dir` under the data-directory
+// rules. Returns true when they were written (false when all nine are valid there and !force); a
+// damaged file is reported through `progress` first. Throws FileError when `dir` cannot be written.
+bool generate_short_deck_tables(const std::filesystem::path& dir, bool force = false,
+                                const TableProgress& progress = {});
+
+// Makes the short-deck equity tables available to fsm5::get2 and fsm5::get1: loads them from `dir`,
+// generating them there first when missing or damaged. Tables already in memory stay. Throws Error
+// (FileError for a file the system will not open) when a file cannot be loaded.
+void load_short_deck_tables(const std::filesystem::path& dir, const TableProgress& progress = {});
+
 }  // namespace pokermath

@@ -264,7 +264,31 @@ class fsm5 {
   // (a missing file is reported with ShowMessage; the next call tries again).
   static int load_fsm5();
   static int load_fsm7();
-  // Releases both short-deck tables.
+
+  // The short-deck equity tables (docs/tables.md): heads-up equity of every ordered matchup of two
+  // short-deck hands with no card in common, to the flop, the turn and the river, in the standard
+  // and the China order, and of every hand against a random hand to the river.
+  static uint32_t* et2_index;  // "ET2I_6.bin": the 353,430 matchup keys in order, then a sentinel
+  static uint32_t* et2[3][2];  // [0 flop, 1 turn, 2 river][0 standard, 1 China]: "ET2F_6.bin" .. "ET2R_6C.bin"
+  static uint64_t* ft2[2];     // [0 standard, 1 China]: "FT2R_6.bin", "FT2R_6C.bin"
+  // Load from the current directory unless in memory: 1 = in memory, 0 = failed; a missing file is
+  // reported with ShowMessage("Error: Can not open file NAME"), a damaged one (wrong header or
+  // size, an index out of order, an entry too large) with "Error: File NAME is damaged", and the
+  // next call tries again. load_2 takes the board size of its street (3, 4 or 5) and china 0 or 1
+  // (0 for other values); load_ET2 loads the index and the six matchup tables, load_ET all nine.
+  static int load_2_index();
+  static int load_2(int street, int china);
+  static int load_ET2();
+  static int load_ET();
+  // The hero's equity in percent (a tie counts half) against the villain, two card codes each,
+  // over every board of `street` cards (3, 4 or 5) dealt from the 32 others, in the standard
+  // (china 0) or China (1) order: a bsearch of the index, one read. -1.0 when the tables are not
+  // loaded, an argument is out of range, a card is below six or the hands share a card.
+  static double get2(const int* hero, const int* villain, int street, int china);
+  // The hero's equity in percent against a random hand to the river; -1.0 as get2.
+  static double get1(const int* hero, int china);
+
+  // Releases every short-deck table: both state machines and the equity tables.
   static void Free();
 };
 

@@ -174,6 +174,7 @@ def generate_tables(
     data_dir: _Path | None = None,
     files: Sequence[_TableFileName] | None = None,
     preflop: bool = False,
+    short_deck: bool = False,
     force: bool = False,
     progress: _TableProgress | None = None,
 ) -> list[str]:

@@ -135,7 +135,7 @@ std::string result_table(const EquityResult& r) {
 }
 
 py::list generate_tables(std::optional<std::filesystem::path> data_dir, std::optional<std::vector<std::string>> files,
-                         bool preflop, bool force, py::object progress) {
+                         bool preflop, bool short_deck, bool force, py::object progress) {
   const std::filesystem::path dir = data_directory(data_dir);
   std::vector<TableFile> chosen;
   if (files)
@@ -164,6 +164,16 @@ py::list generate_tables(std::optional<std::filesystem::path> data_dir, std::opt
       wrote = generate_preflop_table(dir, force, report);
     }
     if (wrote) written.append("OrvalisPC.dat");
+    check_signals();
+  }
+  if (short_deck) {
+    bool wrote;
+    {
+      py::gil_scoped_release unlocked;
+      wrote = generate_short_deck_tables(dir, force, report);
+    }
+    if (wrote)
+      for (const std::string& name : short_deck_table_names()) written.append(name);
   }
   return written;
 }
@@ -256,11 +266,12 @@ void bind_equity(py::module_& m) {
   m.def("default_data_directory", &default_data_directory,
         "The data directory: $POKERMATH_DATA_DIR, else $XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.");
   m.def("generate_tables", &generate_tables, py::kw_only(), py::arg("data_dir") = py::none(),
-        py::arg("files") = py::none(), py::arg("preflop") = false, py::arg("force") = false,
-        py::arg("progress") = py::none(),
+        py::arg("files") = py::none(), py::arg("preflop") = false, py::arg("short_deck") = false,
+        py::arg("force") = false, py::arg("progress") = py::none(),
         "Generates the table files into the data directory and returns the names of those written.\n\n"
         "files:    names from table_files() (default: all of them).\n"
         "preflop:  also the exact pre-flop equity table OrvalisPC.dat (about 5 s on two cores).\n"
+        "short_deck: also the nine short-deck equity tables (ET2I_6.bin, ..., FT2R_6C.bin; about 10 s).\n"
         "force:    write files again that are already present and valid.\n"
         "Each file is written whole or not at all; Ctrl-C takes effect once the file being written is done.\n"
         "progress: called as progress(file, stage, fraction); a fraction of -1 is a notice (a damaged\n"
