@@ -84,7 +84,7 @@ void add_tables_command(CLI::App& app) {
       "and the seven-card lookup table OrvalisHR.dat; with --preflop also the pre-flop equity table\n"
       "OrvalisPC.dat, which answers heads-up pre-flop equity instantly; with --short-deck the nine\n"
       "short-deck equity tables ET2I_6.bin, ET2{F,T,R}_6.bin, ET2{F,T,R}_6C.bin, FT2R_6.bin and\n"
-      "FT2R_6C.bin (about 10 s on two cores). Files already present and valid are kept\n"
+      "FT2R_6C.bin (about 9 s on two cores). Files already present and valid are kept\n"
       "unless --force. The data directory is --dir, else $POKERMATH_DATA_DIR, else\n"
       "$XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.\n\n"
       "Examples:\n"

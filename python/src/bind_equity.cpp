@@ -271,7 +271,7 @@ void bind_equity(py::module_& m) {
         "Generates the table files into the data directory and returns the names of those written.\n\n"
         "files:    names from table_files() (default: all of them).\n"
         "preflop:  also the exact pre-flop equity table OrvalisPC.dat (about 5 s on two cores).\n"
-        "short_deck: also the nine short-deck equity tables (ET2I_6.bin, ..., FT2R_6C.bin; about 10 s).\n"
+        "short_deck: also the nine short-deck equity tables (ET2I_6.bin, ..., FT2R_6C.bin; about 9 s).\n"
         "force:    write files again that are already present and valid.\n"
         "Each file is written whole or not at all; Ctrl-C takes effect once the file being written is done.\n"
         "progress: called as progress(file, stage, fraction); a fraction of -1 is a notice (a damaged\n"
