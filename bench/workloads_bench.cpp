@@ -107,8 +107,10 @@ pokermath::EquityRequest request(std::vector<std::string> players, const char* b
 }
 
 // Exact equity; the benchmark's argument is the thread count (0: every core).
-void exact(benchmark::State& state, std::vector<std::string> players, const char* board) {
-  const pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
+void exact(benchmark::State& state, std::vector<std::string> players, const char* board,
+           pokermath::EquityGame game = pokermath::EquityGame::Holdem) {
+  pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
+  r.game = game;
   double equity = 0;
   for (auto _ : state) {
     equity = pokermath::compute_equity(r).players[0].equity;
@@ -144,27 +146,20 @@ BENCHMARK_CAPTURE(exact, flop, std::vector<std::string>{"AhKh", "QsQd"}, "Qh7h2c
     ->Unit(benchmark::kMicrosecond)
     ->UseRealTime();
 
-// Exact short-deck equity, in the standard order (China costs the same); argument: threads.
-void exact_short_deck(benchmark::State& state, std::vector<std::string> players, const char* board) {
-  pokermath::EquityRequest r = request(std::move(players), board, static_cast<int>(state.range(0)));
-  r.game = pokermath::EquityGame::ShortDeck;
-  double equity = 0;
-  for (auto _ : state) {
-    equity = pokermath::compute_equity(r).players[0].equity;
-    benchmark::DoNotOptimize(equity);
-  }
-  state.counters["equity"] = equity;
-}
-BENCHMARK_CAPTURE(exact_short_deck, AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "")
+// The short deck in the standard order (China costs the same).
+BENCHMARK_CAPTURE(exact, short_deck_AsKs_QhQd, std::vector<std::string>{"AsKs", "QhQd"}, "",
+                  pokermath::EquityGame::ShortDeck)
     ->Arg(1)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK_CAPTURE(exact_short_deck, AsKs_random, std::vector<std::string>{"AsKs", "random"}, "")
+BENCHMARK_CAPTURE(exact, short_deck_AsKs_random, std::vector<std::string>{"AsKs", "random"}, "",
+                  pokermath::EquityGame::ShortDeck)
     ->Arg(1)
     ->Arg(2)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
-BENCHMARK_CAPTURE(exact_short_deck, AsKs_QhQd_9c8c, std::vector<std::string>{"AsKs", "QhQd", "9c8c"}, "")
+BENCHMARK_CAPTURE(exact, short_deck_three_way, std::vector<std::string>{"AsKs", "QhQd", "9c8c"}, "",
+                  pokermath::EquityGame::ShortDeck)
     ->Arg(1)
     ->Unit(benchmark::kMillisecond)
     ->UseRealTime();
