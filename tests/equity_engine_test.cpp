@@ -23,8 +23,6 @@ using pokermath::EquityRequest;
 using pokermath::EquityResult;
 using pokermath::ShortDeckRules;
 
-constexpr uint64_t kAllCards = (uint64_t{1} << 52) - 1;
-
 // Cards outside the deck of a game: none in Hold'em, the deuces to fives in the short deck.
 uint64_t outside_deck(EquityGame game) {
   if (game == EquityGame::Holdem) return 0;
