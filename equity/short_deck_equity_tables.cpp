@@ -8,6 +8,7 @@
 #include <unordered_map>
 
 #include "equity/board_patterns.h"
+#include "equity/holdem_equity.h"
 #include "equity/matchups.h"
 #include "eval/short_deck_equity_files.h"
 #include "eval/state_machine_files.h"
@@ -16,10 +17,6 @@
 #include "support/files.h"
 
 namespace pokermath {
-
-namespace detail {
-int load_short_deck_slot(const std::filesystem::path& path, const ShortDeckEquityFile& file, bool messages);
-}
 
 namespace {
 
@@ -57,9 +54,7 @@ void count_small_boards(const std::array<int, 2>& hero, const std::array<int, 2>
 
 MatchupCounts count_matchup(const std::array<int, 2>& hero, const std::array<int, 2>& villain) {
   MatchupCounts out;
-  uint64_t low = 0;  // deuces to fives: no board card
-  for (int card = 0; card < 52; ++card)
-    if (card % 13 < 4) low |= uint64_t{1} << card;
+  const uint64_t low = ((uint64_t{1} << 52) - 1) & ~holdem_game(EquityGame::ShortDeck).deck;  // no board card
   HoldemDeal deal;
   deal.players = 2;
   deal.holes[0] = hero;
@@ -81,11 +76,6 @@ MatchupCounts count_matchup(const std::array<int, 2>& hero, const std::array<int
   count_small_boards<3>(hero, villain, rest, out);
   count_small_boards<4>(hero, villain, rest, out);
   return out;
-}
-
-bool hands_meet(int hero, int villain) {
-  const auto h = short_deck_hand_cards(hero), v = short_deck_hand_cards(villain);
-  return h[0] == v[0] || h[0] == v[1] || h[1] == v[0] || h[1] == v[1];
 }
 
 }  // namespace
@@ -124,7 +114,7 @@ bool generate_short_deck_tables(const std::filesystem::path& dir, bool force, co
   keys.reserve(kShortDeckMatchups + 1);
   for (int hero = 0; hero < kShortDeckHands; ++hero)
     for (int villain = 0; villain < kShortDeckHands; ++villain) {
-      if (hands_meet(hero, villain)) continue;
+      if (short_deck_hands_meet(hero, villain)) continue;
       keys.push_back(static_cast<uint32_t>(1024 * hero + villain));
       const auto h = short_deck_hand_cards(hero), v = short_deck_hand_cards(villain);
       const auto [it, added] = class_job.emplace(matchup_class(h.data(), v.data()), static_cast<int>(jobs.size()));

@@ -61,6 +61,9 @@ int short_deck_hand_index(int card1, int card2);
 // The two card codes of hand number 0..629.
 std::array<int, 2> short_deck_hand_cards(int index);
 
+// True when hands number `hero` and `villain` share a card (no matchup).
+bool short_deck_hands_meet(int hero, int villain);
+
 // Writes the entries (file.entries of file.entry_bytes) after the header; false when it fails.
 bool save_short_deck_file(const std::filesystem::path& path, const ShortDeckEquityFile& file, const void* entries);
 
@@ -68,6 +71,10 @@ bool save_short_deck_file(const std::filesystem::path& path, const ShortDeckEqui
 // unreadable or damaged: a wrong header or size, an index that is not the ascending keys with its
 // sentinel, or an entry larger than twice its boards. `missing` tells which.
 void* load_short_deck_file(const std::filesystem::path& path, const ShortDeckEquityFile& file, bool& missing);
+
+// Loads a file into its fsm5 slot unless the slot is filled: 1 = in memory, 0 = failed (told with
+// ShowMessage when `messages`). Guarded by the state machines' mutex.
+int load_short_deck_slot(const std::filesystem::path& path, const ShortDeckEquityFile& file, bool messages);
 
 // Releases the tables the classic loaders hold (fsm5::Free).
 void free_short_deck_equity_tables();

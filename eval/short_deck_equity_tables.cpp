@@ -48,8 +48,7 @@ bool index_is_whole(const uint32_t* keys) {
   uint64_t count = 0;
   for (int hero = 0; hero < kShortDeckHands; ++hero)
     for (int villain = 0; villain < kShortDeckHands; ++villain) {
-      const auto h = short_deck_hand_cards(hero), v = short_deck_hand_cards(villain);
-      if (h[0] == v[0] || h[0] == v[1] || h[1] == v[0] || h[1] == v[1]) continue;
+      if (short_deck_hands_meet(hero, villain)) continue;
       if (keys[count++] != static_cast<uint32_t>(1024 * hero + villain)) return false;
     }
   return count == kShortDeckMatchups && keys[count] == kShortDeckKeySentinel;
@@ -76,6 +75,11 @@ std::array<int, 2> short_deck_hand_cards(int index) {
   int a = 0;
   while (index >= 35 - a) index -= 35 - a++;
   return {card_from_short_deck(a), card_from_short_deck(a + 1 + index)};
+}
+
+bool short_deck_hands_meet(int hero, int villain) {
+  const auto h = short_deck_hand_cards(hero), v = short_deck_hand_cards(villain);
+  return h[0] == v[0] || h[0] == v[1] || h[1] == v[0] || h[1] == v[1];
 }
 
 bool save_short_deck_file(const std::filesystem::path& path, const ShortDeckEquityFile& file, const void* entries) {

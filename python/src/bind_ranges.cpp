@@ -153,7 +153,12 @@ void bind_ranges(py::module_& m) {
       .def("_repr_html_", &matrix_html)
       .def("__len__", [](const Range& r) { return range_combos(r.spec); })
       .def("__bool__", [](const Range& r) { return range_combos(r.spec) > 0; })
-      .def("__contains__", [](const Range& r, py::handle hand) { return r.masks().count(combination_of(hand)) > 0; })
+      .def("__contains__",
+           [](const Range& r, py::handle hand) {
+             const uint64_t mask = combination_of(hand);  // a Spec holds a combination in either card order
+             const int low = std::countr_zero(mask), high = 63 - std::countl_zero(mask);
+             return r.spec.m_hands.count({low, high}) + r.spec.m_hands.count({high, low}) > 0;
+           })
       .def(
           "__eq__", [](const Range& a, const Range& b) { return a.masks() == b.masks(); }, py::is_operator())
       .def(
