@@ -152,7 +152,8 @@ void add_equity_command(CLI::App& app) {
   CLI::App* equity = app.add_subcommand("equity", "Win, tie and equity of hands, ranges and random hands");
   equity->footer(
       "Each PLAYER is a hand (AsKs), a range (\"QQ+,AKs,A5s-A2s\", \"KQ\" meaning suited and offsuit) or\n"
-      "random; in Omaha games a holding (AsKsQhJh) or random. The short deck (--game shortdeck, or china\n"
+      "random; in Omaha games a holding (AsKsQhJh), an Omaha range (\"AA**:ds,KK**:ds\", \"15%\"; see\n"
+      "docs/omaha-ranges.md or 'pokermath range --game omaha --help') or random. The short deck (--game shortdeck, or china\n"
       "where a straight beats three of a kind) deals the 36 cards from six to ace: no card below six.\n"
       "Equity is the share of the pot, a split pot\n"
       "divided evenly; win and tie are the shares of deals won alone and split. In Hi/Lo games, high and\n"
@@ -173,13 +174,15 @@ void add_equity_command(CLI::App& app) {
       "  pokermath equity --game shortdeck AhKh QsQd          # also --game china\n"
       "  pokermath equity --game shortdeck AsKs \"99+,ATs+\" --board Kd9c6h\n"
       "  pokermath equity --game omaha AsKsQhJh 9c9d8c7d --board Ts6h2c\n"
+      "  pokermath equity --game omaha \"AA**:ds\" \"15%\" --target-stderr 0.001\n"
+      "  pokermath equity --game omaha AsKsQhJh \"30%\" --board Ts6h2c --exact\n"
       "  pokermath equity --game omaha-hilo As2s3hKd random");
   equity->add_option("players", o->players, "Two or more hands, ranges or 'random'")->required();
   equity
       ->add_option("--game", o->game,
-                   "holdem (default), shortdeck, china, omaha, omaha5, omaha6, omaha-hilo or omaha5-hilo")
-      ->check(
-          CLI::IsMember({"holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"}));
+                   "holdem (default), shortdeck, china, omaha, omaha5, omaha6, omaha-hilo, omaha5-hilo or omaha6-hilo")
+      ->check(CLI::IsMember({"holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo",
+                             "omaha6-hilo"}));
   equity->add_option("--board", o->board, "0, 3, 4 or 5 board cards, e.g. Qh7h2c");
   equity->add_option("--dead", o->dead, "Cards out of play");
   equity->add_option("--players", o->table_size, "Players at the table: the missing ones hold random hands")

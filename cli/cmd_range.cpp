@@ -1,5 +1,6 @@
 // pokermath range: a range expression, a built-in table entry or a range file's top classes,
 // shown as the class matrix, the number of combinations and the canonical range string.
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 #include <iostream>
@@ -7,6 +8,7 @@
 
 #include "commands.h"
 #include "pokermath/pokermath.h"
+#include "progress.h"
 
 namespace pokermath::cli {
 
@@ -20,6 +22,8 @@ struct RangeOptions {
   std::string file;
   bool short_deck = false;
   bool json = false;
+  std::string game = "holdem";
+  std::string data_dir;
 };
 
 // What is shown: the range and where it came from.
@@ -137,7 +141,54 @@ void print_text(const Shown& shown, const std::array<int, 169>& counts, int comb
   std::cout << "\n";
 }
 
+// An Omaha range: its holdings, their share of all holdings, the hand types and a sample.
+void run_omaha_range(const RangeOptions& options) {
+  if (options.has_top || !options.table.empty() || !options.file.empty() || options.short_deck)
+    throw Error("--top, --table, --file and --short-deck are Hold'em options; an Omaha range is an expression such "
+                "as \"AA**:ds\" or \"15%\"");
+  std::string text;
+  for (const std::string& part : options.expression) text.append(text.empty() ? "" : " ").append(part);
+  if (text.find_first_not_of(" \t\n") == std::string::npos) throw Error("the range expression is empty");
+  const EquityGame game = equity_game_from_name(options.game);
+  const OmahaRange range =
+      parse_omaha_range(text, game, options.data_dir, options.json ? TableProgress{} : stderr_progress());
+  const uint64_t all = omaha_holdings_count(range.hole_cards());
+  const bool weighted = range.total_weight() != static_cast<double>(range.size());
+  std::vector<std::string> sample;  // up to ten holdings spread over the range
+  const size_t step = std::max<size_t>(1, range.size() / 10);
+  for (size_t i = 0; i < range.size() && sample.size() < 10; i += step)
+    sample.push_back(omaha_holding_to_string(range.holdings()[i].cards) +
+                     (range.holdings()[i].weight < 100 ? "@" + format("%g", range.holdings()[i].weight) : ""));
+  const std::vector<OmahaTypeCount> types = omaha_hand_types(range);
+  if (options.json) {
+    nlohmann::ordered_json out = {{"game", options.game},          {"expression", text},
+                                  {"range", range.text()},          {"holdings", range.size()},
+                                  {"of", all},                      {"percent", range.size() * 100.0 / all},
+                                  {"weight", range.total_weight()}, {"types", nlohmann::ordered_json::object()},
+                                  {"sample", sample}};
+    for (const OmahaTypeCount& t : types) out["types"][t.name] = {{"holdings", t.holdings}, {"weight", t.weight}};
+    std::cout << out.dump(2) << "\n";
+    return;
+  }
+  auto line = [](const std::string& label, const std::string& value) {
+    std::cout << label << ":" << std::string(14 - label.size() - 1, ' ') << value << "\n";
+  };
+  line("game", options.game);
+  line("range", range.text());
+  line("holdings", std::to_string(range.size()) + " of " + std::to_string(all) + " (" +
+                       format("%.2f%%", range.size() * 100.0 / all) + ")");
+  if (weighted) line("weight", format("%.2f", range.total_weight()) + " holdings' worth (weights below 100)");
+  std::cout << "\nhand types       holdings   share\n";
+  for (const OmahaTypeCount& t : types)
+    std::cout << "  " << t.name << std::string(15 - t.name.size(), ' ') << format("%9.0f", static_cast<double>(t.holdings))
+              << "  " << format("%5.1f%%", range.empty() ? 0.0 : t.holdings * 100.0 / range.size()) << "\n";
+  std::cout << "\nsample:        ";
+  for (size_t i = 0; i < sample.size(); ++i) std::cout << (i ? ", " : "") << sample[i];
+  std::cout << (sample.empty() ? "(none)" : "") << "\n";
+}
+
 void run_range(const RangeOptions& options) {
+  if (options.game != "holdem") return run_omaha_range(options);
   const Shown shown = from_options(options);
   std::array<int, 169> counts = range_class_counts(shown.range);
   const int size = matrix_size(shown.short_deck);
@@ -168,7 +219,8 @@ void run_range(const RangeOptions& options) {
 
 void add_range_command(CLI::App& app) {
   auto options = std::make_shared<RangeOptions>();
-  CLI::App* range = app.add_subcommand("range", "Show a Hold'em range: its class matrix, combinations and string");
+  CLI::App* range =
+      app.add_subcommand("range", "Show a Hold'em range (class matrix, combinations) or an Omaha range (holdings, types)");
   range->footer(
       "A range expression lists classes and runs separated by commas or blanks: AA, TT+, 99-66,\n"
       "AKs, A2s+, A9s-A6s, KQo, K9o+, KQ (suited and offsuit), K9+, single combinations such as\n"
@@ -181,7 +233,18 @@ void add_range_command(CLI::App& app) {
       "  pokermath range --top 10\n"
       "  pokermath range --top 15 --table groups\n"
       "  pokermath range --top 20 --short-deck\n"
-      "  pokermath range --file ranking.txt --top 12.5");
+      "  pokermath range --file ranking.txt --top 12.5\n\n"
+      "Omaha ranges (--game omaha, omaha5, omaha6, omaha-hilo, omaha5-hilo, omaha6-hilo) use the Omaha\n"
+      "range language: exact cards (AsKsQhJh), ranks with * for any card (AA** = at least two aces),\n"
+      "suit letters c d h s, suit variables w x y z (equal letters equal suits: AxKxAyKy), runs\n"
+      "(KK+, QQ-99, T987+), the hand types ds ss rainbow np onepair twopair trips quads rundown\n"
+      "broadway suitedace, shares of the pre-flop ranking (15%, 10%-20%; computed into the data\n"
+      "directory on first use, a few minutes), \",\" union, \":\" intersection, \"!\" exclusion,\n"
+      "parentheses, and a weight @N (per cent) after any part. It prints the number of holdings, their\n"
+      "share of all holdings, the hand types and a sample (docs/omaha-ranges.md).\n\n"
+      "  pokermath range --game omaha \"AA**:ds\"\n"
+      "  pokermath range --game omaha \"KK+:ds, T987+@50\"\n"
+      "  pokermath range --game omaha-hilo \"10%\" --json");
   CLI::Option* expression =
       range->add_option("expression", options->expression, "A range expression, e.g. QQ+,AKs or \"22+ A2s+\"");
   CLI::Option* top = range->add_option("--top", options->top, "The strongest P per cent of all combinations");
@@ -192,6 +255,12 @@ void add_range_command(CLI::App& app) {
       range->add_option("--file", options->file, "A range file (.txt, one class per line, strongest first) for --top");
   range->add_flag("--short-deck", options->short_deck, "The 36-card deck: ranks 6 to A (630 combinations)");
   range->add_flag("--json", options->json, "Print one JSON object");
+  range
+      ->add_option("--game", options->game,
+                   "holdem (default), or an Omaha game for an Omaha range: omaha, omaha5, omaha6, omaha-hilo, "
+                   "omaha5-hilo, omaha6-hilo")
+      ->check(CLI::IsMember({"holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo", "omaha6-hilo"}));
+  range->add_option("--data-dir", options->data_dir, "Where the Omaha rankings are kept (default: the data directory)");
   expression->excludes(top);
   table->needs(top);
   file->needs(top);

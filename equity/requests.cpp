@@ -75,11 +75,12 @@ EquityGame equity_game_from_name(std::string_view name) {
       {"holdem", EquityGame::Holdem},        {"omaha", EquityGame::Omaha},
       {"omaha5", EquityGame::Omaha5},        {"omaha6", EquityGame::Omaha6},
       {"omaha-hilo", EquityGame::OmahaHiLo}, {"omaha5-hilo", EquityGame::Omaha5HiLo},
-      {"shortdeck", EquityGame::ShortDeck},  {"china", EquityGame::ShortDeckChina}};
+      {"omaha6-hilo", EquityGame::Omaha6HiLo}, {"shortdeck", EquityGame::ShortDeck},
+      {"china", EquityGame::ShortDeckChina}};
   for (const auto& [game_name, game] : kGames)
     if (game_name == name) return game;
   throw Error("unknown game '" + std::string(name) +
-              "': holdem, omaha, omaha5, omaha6, omaha-hilo, omaha5-hilo, shortdeck or china");
+              "': holdem, omaha, omaha5, omaha6, omaha-hilo, omaha5-hilo, omaha6-hilo, shortdeck or china");
 }
 
 EquityResult compute_equity(const EquityRequest& request) {

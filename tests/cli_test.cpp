@@ -109,6 +109,12 @@ TEST(Cli, BadInputIsOneLineAndExitCodeTwo) {
       {"omaha hutchison As As Ks Kh", "duplicate card 'As' at position 2"},
       {"omaha hutchison Ax Ah Ks Kh", "bad card 'Ax' at position 1"},
       {"omaha hutchison", "hand is required"},
+      {"range --game omaha 'AA**:dz'", "position 6: "},
+      {"range --game omaha --top 5", "--top, --table, --file and --short-deck are Hold'em options"},
+      {"range --game omaha6 10%", "exact 6-card table"},
+      {"range --game stud AA", "--game"},
+      {"equity --game omaha AsKs** AsQs**", "the players' ranges can never be dealt together"},
+      {"equity --game omaha6-hilo AsKsQhJhTc9c 'AA**(' --monte-carlo", "player 2: position 5: "},
   };
   for (const auto& [args, message] : cases) expect_bad_input(args, message);
 }
@@ -212,6 +218,16 @@ TEST(Cli, RangeShowsMatrixCombinationsAndString) {
                                      "* marks a class held only in part"});
   expect_output("range 22+ A2s+ --json",
                 {"\"range\": \"22+,A2s+\"", "\"classic\": \"22+,A2s+\"", "\"combinations\": 126", "\"A2s\": 4"});
+}
+
+TEST(Cli, OmahaRangesShowHoldingsTypesAndEquity) {
+  expect_output("range --game omaha 'AA**:ds'",
+                {"range:        AA**:ds\nholdings:     864 of 270725 (0.32%)\n", "  double-suited        864  100.0%\n",
+                 "sample:        "});
+  expect_output("range --game omaha5 'KK+@50' --json", {"\"range\": \"KK+@50\"", "\"of\": 2598960"});
+  expect_output("equity --game omaha AsKsQhJh '9c9d**@50, 8h7h**' --board Ts6h2c", {"method:  exact"});
+  expect_output("equity --game omaha6-hilo AsKsQhJhTc9c 'random' --monte-carlo --trials 4000 --json",
+                {"\"game\": \"omaha6-hilo\"", "\"scoop\""});
 }
 
 TEST(Cli, RangeTopReadsTheBuiltInTables) {

@@ -11,6 +11,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <stop_token>
 
 #include "pokermath/eval.h"
@@ -96,10 +97,20 @@ enum class EquityMethod { Auto, Exact, MonteCarlo };
 // Hold'em with the 36 cards from six to ace, ranked in the standard short-deck order (three of a
 // kind beats a straight, a flush beats a full house) or in the China order (a straight beats three
 // of a kind).
-enum class EquityGame { Holdem, Omaha, Omaha5, Omaha6, OmahaHiLo, Omaha5HiLo, ShortDeck, ShortDeckChina };
+enum class EquityGame {
+  Holdem,
+  Omaha,
+  Omaha5,
+  Omaha6,
+  OmahaHiLo,
+  Omaha5HiLo,
+  ShortDeck,
+  ShortDeckChina,
+  Omaha6HiLo
+};
 
-// "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo", "shortdeck", "china"; throws
-// Error for another name.
+// "holdem", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo", "omaha6-hilo", "shortdeck",
+// "china"; throws Error for another name.
 EquityGame equity_game_from_name(std::string_view name);
 
 // Reports a long computation: the fraction done, 0..1, rising. Called on the thread that called
@@ -110,7 +121,8 @@ using WorkProgress = std::function<void(double fraction)>;
 inline constexpr int64_t kMaxTrials = 1'000'000'000'000;
 
 // One equity question. Each player is a text: a hand ("AsKs"), a range ("QQ+,AKs,A5s-A2s"; see
-// parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh") or "random". In the
+// parse_range) or "random". In Omaha games a player is a holding ("AsKsQhJh"), a range in the Omaha
+// range language ("AA**:ds,15%"; see parse_omaha_range; holdings weighted by "@N") or "random". In the
 // short deck every card is six or higher: a hand, range item, board or dead card below six is an
 // error ("random" is any short-deck hand). Cards on the board and dead cards belong to nobody.
 //
@@ -190,5 +202,33 @@ bool generate_short_deck_tables(const std::filesystem::path& dir, bool force = f
 // generating them there first when missing or damaged. Tables already in memory stay. Throws Error
 // (FileError for a file the system will not open) when a file cannot be loaded.
 void load_short_deck_tables(const std::filesystem::path& dir, const TableProgress& progress = {});
+
+// ---- the Omaha pre-flop rankings ----------------------------------------------------------------
+// The ranking a share of holdings ("15%") reads: every class of holdings equal up to suits with its
+// equity against one random holding, by Monte Carlo to a standard error of at most 0.001 (4 cards)
+// or 0.003 (5 cards) per class, deterministic. Files "omaha4-ranking.bin", "omaha4-hilo-ranking.bin",
+// "omaha5-ranking.bin", "omaha5-hilo-ranking.bin" in the data directory. The 6-card games have none
+// yet: asking for one throws Error.
+
+// The file name of a game's ranking; throws Error for a game that is not Omaha.
+std::string omaha_ranking_name(EquityGame game);
+
+// Computes a game's ranking and writes it into `dir` (empty: default_data_directory()) under the
+// data-directory rules. Returns true when it was written (false when a valid one is there and
+// !force). `std_error` (0: the game's target above) samples each class to another standard error,
+// which the file records (a coarse ranking is quick to make for tests). Throws Error for a game
+// without a ranking, FileError when `dir` cannot be written.
+bool generate_omaha_ranking(EquityGame game, const std::filesystem::path& dir = {}, bool force = false,
+                            const TableProgress& progress = {}, double std_error = 0);
+
+// A game's ranking, loaded from `dir` (generated there first when missing or damaged) and kept in
+// memory for later calls.
+std::shared_ptr<const OmahaRanking> omaha_ranking(EquityGame game, const std::filesystem::path& dir = {},
+                                                  const TableProgress& progress = {});
+
+// parse_omaha_range for an Omaha game: its hole-card count, and its ranking (loaded as above) when
+// the text holds a share.
+OmahaRange parse_omaha_range(std::string_view text, EquityGame game, const std::filesystem::path& data_dir = {},
+                             const TableProgress& progress = {});
 
 }  // namespace pokermath

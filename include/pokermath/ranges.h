@@ -8,6 +8,7 @@
 #pragma once
 
 #include <array>
+#include <cstdint>
 #include <map>
 #include <set>
 #include <string>
@@ -263,3 +264,194 @@ Spec read_range_file(const std::string& path, RangeGame game = RangeGame::Holdem
 Spec range_by_percent(const Spec& source, double percent);
 
 }  // namespace pokermath
+
+// ---- Omaha ranges ---------------------------------------------------------------------------------
+// Omaha holdings of 4, 5 or 6 cards are 64-bit card masks (bit `code` per card). A range of them is
+// written in the Omaha range language of docs/omaha-ranges.md ("AA**:ds, KQJT, 15%@50"); the
+// pokermath:: type is OmahaRange, and the classic classes below convert to and from it.
+
+namespace pokermath {
+
+// One holding of an Omaha range and its weight, a percentage 0 < weight <= 100 (100: always held).
+struct OmahaHolding {
+  uint64_t cards = 0;
+  double weight = 100;
+  friend bool operator==(const OmahaHolding&, const OmahaHolding&) = default;
+};
+
+// A weighted set of Omaha holdings of one size. Holdings are distinct and kept in ascending order of
+// their masks. `text` is the range in the Omaha range language: the expression it was parsed from,
+// printed in canonical form (parse_omaha_range(text) gives the same holdings and weights back).
+class OmahaRange {
+ public:
+  OmahaRange() = default;
+  // Holdings of `hole_cards` (4, 5 or 6) cards: sorted, a holding given twice keeps its largest
+  // weight. `text` empty prints the holdings themselves ("AsKsQhJh,AcKcQdJd@50"). Throws Error for
+  // a hole-card count outside 4..6, a mask without exactly that many cards among codes 0..51, or a
+  // weight outside 0 < weight <= 100.
+  OmahaRange(int hole_cards, std::vector<OmahaHolding> holdings, std::string text = {});
+
+  int hole_cards() const { return m_holeCards; }
+  const std::vector<OmahaHolding>& holdings() const { return m_holdings; }
+  size_t size() const { return m_holdings.size(); }
+  bool empty() const { return m_holdings.empty(); }
+  // The sum of the weights / 100: the number of holdings a weighted range stands for.
+  double total_weight() const;
+  // The weight of a holding, 0 when the range does not hold it.
+  double weight(uint64_t cards) const;
+  bool contains(uint64_t cards) const { return weight(cards) > 0; }
+  // The range in the language (see above).
+  const std::string& text() const { return m_text; }
+  // The holdings that share no card with `cards` (dead cards, a board), same weights; the text
+  // becomes the holdings' list.
+  OmahaRange without(uint64_t cards) const;
+
+  // Union (a holding in both keeps the larger weight), intersection (the smaller weight) and
+  // difference (the left weight); the text joins the two texts with ",", ":" or "!". Throws Error
+  // when the hole-card counts differ.
+  friend OmahaRange operator|(const OmahaRange& a, const OmahaRange& b);
+  friend OmahaRange operator&(const OmahaRange& a, const OmahaRange& b);
+  friend OmahaRange operator-(const OmahaRange& a, const OmahaRange& b);
+
+ private:
+  int m_holeCards = 4;
+  std::vector<OmahaHolding> m_holdings;
+  std::string m_text;
+};
+
+// A holding as text: its cards from the highest rank down, equal ranks clubs first ("AsAhKsKh").
+// Throws Error for a mask with a bit above code 51.
+std::string omaha_holding_to_string(uint64_t holding);
+
+// The number of holdings of `hole_cards` (4, 5 or 6) cards: 270,725, 2,598,960 or 20,358,520.
+uint64_t omaha_holdings_count(int hole_cards);
+
+// The class of a holding up to a permutation of suits: the smallest mask among the 24 holdings made
+// by permuting its suits. Holdings of one class have the same equity against random holdings.
+uint64_t omaha_suit_class(uint64_t holding);
+
+// Every holding of the class of `holding` (1 to 24 of them), ascending.
+std::vector<uint64_t> omaha_suit_class_members(uint64_t holding);
+
+// The pre-flop ranking the language's shares ("15%") read: every suit class of holdings of one size
+// with its equity against one random holding, strongest first (ties: smaller class mask first).
+// Made by pokermath::omaha_ranking (equity.h); ranges/ only reads it.
+struct OmahaRanking {
+  int hole_cards = 4;
+  bool hi_lo = false;              // equities of the Hi/Lo game
+  double std_error = 0;            // the standard error each class's equity was sampled to
+  std::vector<uint64_t> classes;  // omaha_suit_class of each class, strongest first
+  std::vector<float> equity;      // the equity of each class, 0..1, same order
+};
+
+// Parses a range in the Omaha range language for holdings of `hole_cards` (4, 5 or 6) cards; shares
+// ("15%", "10%-20%") read `ranking`, which must be for the same hole-card count. Throws Error
+// naming the 1-based position of the fault and what was expected there; a share without a ranking
+// is an error too.
+OmahaRange parse_omaha_range(std::string_view text, int hole_cards = 4, const OmahaRanking* ranking = nullptr);
+
+// What players call an Omaha starting hand, from its cards alone.
+//   suits: DoubleSuited (two or more suits hold two or more of its cards), SingleSuited (exactly
+//          one suit does), Rainbow (none: every card of its own suit, four cards only);
+//   pairs: the most cards of one rank and how many ranks are paired (NoPair, OnePair, TwoPair,
+//          Trips for three of a rank, Quads for four or more);
+//   rundown: every rank different and the ranks consecutive (the ace high or low: "A234", "AKQJ");
+//   broadway: every card ten or higher; suited_ace: an ace with another card of its suit.
+enum class OmahaSuits { DoubleSuited, SingleSuited, Rainbow };
+enum class OmahaPairs { NoPair, OnePair, TwoPair, Trips, Quads };
+struct OmahaHandType {
+  OmahaSuits suits = OmahaSuits::Rainbow;
+  OmahaPairs pairs = OmahaPairs::NoPair;
+  bool rundown = false;
+  bool broadway = false;
+  bool suited_ace = false;
+};
+// Throws Error unless the mask holds 4, 5 or 6 cards among codes 0..51.
+OmahaHandType omaha_hand_type(uint64_t holding);
+
+// A hand type's share of a range: the number of holdings and their weight (sum / 100).
+struct OmahaTypeCount {
+  std::string name;  // "double-suited", "single-suited", "rainbow", "no pair", "one pair", "two pair",
+                     // "trips", "quads", "rundown", "broadway", "suited ace", in that order
+  uint64_t holdings = 0;
+  double weight = 0;
+};
+// The breakdown of a range by the hand types above, every type listed (zero counts included).
+std::vector<OmahaTypeCount> omaha_hand_types(const OmahaRange& range);
+
+}  // namespace pokermath
+
+// The classic engines' Omaha range: holdings of four card codes each, in ascending order (the same
+// alias as in eval.h).
+using OmahaRange = std::set<std::set<int>>;
+
+// CRange64: an ordered set of Omaha holdings (card masks) with the range string it was read from.
+// Value semantics. The masks are what getProbabilityOfWinOmaha64* and CountOfRanges64 take (see
+// GetHands).
+class CRange64 {
+ public:
+  std::set<uint64_t> m_hands;  // the holdings, ascending
+  int m_holeCards = 4;         // cards per holding, 4..6
+  std::string m_text;          // the range string ("" when the holdings were added one by one)
+
+  CRange64() = default;
+  explicit CRange64(int holeCards) : m_holeCards(holeCards) {}
+
+  // Reads a range string of the Omaha range language (shares like "15%" need a ranking and are
+  // refused here). Returns true on success; on failure returns false and leaves the object as it was.
+  bool SetRange(const std::string& text);
+  // The range string: m_text, or the holdings themselves ("AsKsQhJh,AcKcQdJd") when it is empty.
+  std::string GetRange() const;
+  // Adds one holding; returns false (adding nothing) unless it holds m_holeCards cards. Clears m_text.
+  bool AddHand(uint64_t hand);
+  bool Contains(uint64_t hand) const { return m_hands.count(hand) != 0; }
+  int Count() const { return static_cast<int>(m_hands.size()); }
+  std::vector<uint64_t> GetHands() const { return {m_hands.begin(), m_hands.end()}; }
+
+  pokermath::OmahaRange ToRange() const;  // every holding at weight 100
+  static CRange64 FromRange(const pokermath::OmahaRange& range);  // weights dropped
+};
+
+// CSpec64: a weighted Omaha range, each holding with a weight 1..100 (per cent of the time held).
+// Value semantics.
+class CSpec64 {
+ public:
+  std::map<uint64_t, double> m_weights;  // holding -> weight, 0 < weight <= 100
+  int m_holeCards = 4;
+  std::string m_text;
+
+  CSpec64() = default;
+  explicit CSpec64(int holeCards) : m_holeCards(holeCards) {}
+
+  // As CRange64::SetRange, weights ("@50") kept.
+  bool SetRange(const std::string& text);
+  std::string GetRange() const;
+  // Sets one holding's weight; 0 removes it. Returns false (changing nothing) for a holding without
+  // m_holeCards cards or a weight outside 0..100. Clears m_text.
+  bool SetWeight(uint64_t hand, double weight);
+  double GetWeight(uint64_t hand) const;  // 0 when not held
+  int Count() const { return static_cast<int>(m_weights.size()); }
+  CRange64 GetRange64() const;  // the holdings without their weights
+
+  pokermath::OmahaRange ToRange() const;
+  static CSpec64 FromRange(const pokermath::OmahaRange& range);
+};
+
+// CSpecOmaha: a weighted range of four-card holdings, as the four-card Omaha engines take it.
+class CSpecOmaha : public CSpec64 {
+ public:
+  CSpecOmaha() : CSpec64(4) {}
+  CSpecOmaha(const CSpecOmaha&) = default;
+  CSpecOmaha& operator=(const CSpecOmaha&) = default;
+  CSpecOmaha(CSpecOmaha&&) = default;
+  CSpecOmaha& operator=(CSpecOmaha&&) = default;
+  virtual ~CSpecOmaha() = default;
+  // Holdings as the classic Omaha range functions take them (weights dropped).
+  OmahaRange GetOmahaRange() const;
+};
+
+// CSpecOmahaFiveCards: a weighted range of five-card holdings.
+class CSpecOmahaFiveCards : public CSpec64 {
+ public:
+  CSpecOmahaFiveCards() : CSpec64(5) {}
+};

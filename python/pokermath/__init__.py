@@ -8,6 +8,8 @@
     >>> r = pokermath.equity(["AsKs", "QQ+,AKs"], board="Qh7h2c")  # against a range on a flop
     >>> pokermath.Range("QQ+,AKs").size
     22
+    >>> len(pokermath.OmahaRange("AA**:ds"))                       # an Omaha range
+    1296
 
 pokermath.hand_values() values whole numpy arrays of hands at the speed of the C++ batch call.
 Cards are written "As", "Td", "10h" (any case), several together ("AsKs") or apart
@@ -29,6 +31,7 @@ from ._pokermath import (
     OmahaNuts,
     OmahaOut,
     OmahaOuts,
+    OmahaRange,
     PlayerEquity,
     Range,
     RangeFile,
@@ -48,10 +51,12 @@ from ._pokermath import (
     hutchison_points,
     mask_to_cards,
     omaha_best,
+    omaha_hand_type,
     omaha_low,
     omaha_low_value,
     omaha_nuts,
     omaha_outs,
+    omaha_ranking,
     parse_card,
     parse_cards,
     pay_showdown,

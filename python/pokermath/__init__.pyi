@@ -34,7 +34,9 @@ _Out = TypeVar("_Out", bound=numpy.ndarray[Any, Any] | array.array[int] | Writea
 
 _Game: TypeAlias = Literal["holdem", "shortdeck", "china", "lowball27"]
 _BatchGame: TypeAlias = Literal["holdem", "shortdeck", "china"]
-_EquityGame: TypeAlias = Literal["holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo"]
+_EquityGame: TypeAlias = Literal["holdem", "shortdeck", "china", "omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo",
+                                "omaha6-hilo"]
+_OmahaGame: TypeAlias = Literal["omaha", "omaha5", "omaha6", "omaha-hilo", "omaha5-hilo", "omaha6-hilo"]
 _Method: TypeAlias = Literal["auto", "exact", "monte-carlo"]
 _TableFileName: TypeAlias = Literal["texas-7.bin", "omaha-7.bin", "six-plus-5.bin", "six-plus-7.bin", "OrvalisHR.dat"]
 _WorkProgress: TypeAlias = Callable[[float], object]
@@ -175,6 +177,7 @@ def generate_tables(
     files: Sequence[_TableFileName] | None = None,
     preflop: bool = False,
     short_deck: bool = False,
+    omaha_rankings: Sequence[_OmahaGame] | None = None,
     force: bool = False,
     progress: _TableProgress | None = None,
 ) -> list[str]:
@@ -366,3 +369,42 @@ def pay_showdown(bets: Sequence[int], ranks: Sequence[int]) -> ShowdownPayout:
 
 def read_history(path: _Path, *, start: int = 0, partial: bool = False) -> HistoryLines:
     """Reads the lines of a hand-history file from byte offset `start` (UTF-8, UTF-16 or narrow)."""
+
+# ---- Omaha ranges -------------------------------------------------------------------------------------
+
+class OmahaRange:
+    """A weighted set of Omaha holdings parsed from the Omaha range language ("AA**:ds,15%@50")."""
+
+    __hash__: ClassVar[None]  # type: ignore[assignment]
+    def __init__(
+        self,
+        text: str,
+        game: _OmahaGame = "omaha",
+        *,
+        data_dir: _Path | None = None,
+        progress: _TableProgress | None = None,
+    ) -> None: ...
+    @property
+    def hole_cards(self) -> int: ...
+    @property
+    def text(self) -> str: ...
+    @property
+    def total_weight(self) -> float: ...
+    @property
+    def share(self) -> float: ...
+    def __len__(self) -> int: ...
+    def __contains__(self, holding: _Cards) -> bool: ...
+    def weight(self, holding: _Cards) -> float: ...
+    def holdings(self) -> list[tuple[str, float]]: ...
+    def masks(self) -> list[int]: ...
+    def without(self, cards: _Cards) -> OmahaRange: ...
+    def hand_types(self) -> dict[str, tuple[int, float]]: ...
+    def __or__(self, other: OmahaRange) -> OmahaRange: ...
+    def __and__(self, other: OmahaRange) -> OmahaRange: ...
+    def __sub__(self, other: OmahaRange) -> OmahaRange: ...
+    def __eq__(self, other: object) -> bool: ...
+
+def omaha_hand_type(holding: _Cards) -> dict[str, str | bool]: ...
+def omaha_ranking(
+    game: _OmahaGame = "omaha", *, data_dir: _Path | None = None, progress: _TableProgress | None = None
+) -> list[tuple[str, float]]: ...

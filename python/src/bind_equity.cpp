@@ -135,7 +135,8 @@ std::string result_table(const EquityResult& r) {
 }
 
 py::list generate_tables(std::optional<std::filesystem::path> data_dir, std::optional<std::vector<std::string>> files,
-                         bool preflop, bool short_deck, bool force, py::object progress) {
+                         bool preflop, bool short_deck, std::optional<std::vector<std::string>> omaha_rankings,
+                         bool force, py::object progress) {
   const std::filesystem::path dir = data_directory(data_dir);
   std::vector<TableFile> chosen;
   if (files)
@@ -174,6 +175,17 @@ py::list generate_tables(std::optional<std::filesystem::path> data_dir, std::opt
     }
     if (wrote)
       for (const std::string& name : short_deck_table_names()) written.append(name);
+    check_signals();
+  }
+  for (const std::string& name : omaha_rankings.value_or(std::vector<std::string>{})) {
+    const EquityGame game = equity_game_from_name(name);
+    bool wrote;
+    {
+      py::gil_scoped_release unlocked;
+      wrote = generate_omaha_ranking(game, dir, force, report);
+    }
+    if (wrote) written.append(omaha_ranking_name(game));
+    check_signals();
   }
   return written;
 }
@@ -235,7 +247,8 @@ void bind_equity(py::module_& m) {
         "          (\"QQ+,AKs,A5s-A2s\") or \"random\"; in Omaha games a holding (\"AsKsQhJh\") or \"random\".\n"
         "board:    0, 3, 4 or 5 board cards (\"Qh7h2c\"); dead: cards out of play.\n"
         "game:     \"holdem\", \"shortdeck\" (36 cards, six to ace), \"china\" (short deck where a straight\n"
-        "          beats three of a kind), \"omaha\", \"omaha5\", \"omaha6\", \"omaha-hilo\" or \"omaha5-hilo\".\n"
+        "          beats three of a kind), \"omaha\", \"omaha5\", \"omaha6\", \"omaha-hilo\",\n"
+        "          \"omaha5-hilo\" or \"omaha6-hilo\".\n"
         "method:   \"auto\" (exact when that takes about a second or less, else Monte Carlo; Monte Carlo\n"
         "          whenever target_std_error is given), \"exact\"\n"
         "          or \"monte-carlo\".\n"
@@ -267,11 +280,13 @@ void bind_equity(py::module_& m) {
         "The data directory: $POKERMATH_DATA_DIR, else $XDG_CACHE_HOME/pokermath, else ~/.cache/pokermath.");
   m.def("generate_tables", &generate_tables, py::kw_only(), py::arg("data_dir") = py::none(),
         py::arg("files") = py::none(), py::arg("preflop") = false, py::arg("short_deck") = false,
-        py::arg("force") = false, py::arg("progress") = py::none(),
+        py::arg("omaha_rankings") = py::none(), py::arg("force") = false, py::arg("progress") = py::none(),
         "Generates the table files into the data directory and returns the names of those written.\n\n"
         "files:    names from table_files() (default: all of them).\n"
         "preflop:  also the exact pre-flop equity table OrvalisPC.dat (about 5 s on two cores).\n"
         "short_deck: also the nine short-deck equity tables (ET2I_6.bin, ..., FT2R_6C.bin; about 9 s).\n"
+        "omaha_rankings: games whose pre-flop ranking to compute (\"omaha\", \"omaha5\", \"omaha-hilo\",\n"
+        "          \"omaha5-hilo\"; a few minutes each on two cores), the ranking Omaha range shares read.\n"
         "force:    write files again that are already present and valid.\n"
         "Each file is written whole or not at all; Ctrl-C takes effect once the file being written is done.\n"
         "progress: called as progress(file, stage, fraction); a fraction of -1 is a notice (a damaged\n"

@@ -69,6 +69,7 @@ void bind_evaluation(py::module_& m);
 void bind_equity(py::module_& m);
 void bind_ranges(py::module_& m);
 void bind_omaha(py::module_& m);
+void bind_omaha_ranges(py::module_& m);
 void bind_records(py::module_& m);
 
 }  // namespace pokermath::python

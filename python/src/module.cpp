@@ -171,5 +171,6 @@ PYBIND11_MODULE(_pokermath, m) {
   bind_equity(m);
   bind_ranges(m);
   bind_omaha(m);
+  bind_omaha_ranges(m);
   bind_records(m);
 }

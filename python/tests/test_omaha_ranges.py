@@ -1,0 +1,57 @@
+"""Omaha ranges from Python: the language, hand types, set operations and range equity."""
+
+import math
+
+import pytest
+
+import pokermath as pm
+
+
+def test_language_counts_and_round_trip():
+    aces = pm.OmahaRange("AA**")
+    assert len(aces) == 6961  # at least two aces: C(4,2)C(48,2) + C(4,3)48 + 1
+    assert len(pm.OmahaRange("AA**!AAA*")) == 6 * 1128
+    assert len(pm.OmahaRange("****")) == 270725 and pm.OmahaRange("****").share == 1.0
+    ds = pm.OmahaRange("AxKxAyKy")
+    assert len(ds) == 6 and "AsKsAhKh" in ds and "AsKsAhKd" not in ds
+    weighted = pm.OmahaRange("KK**@50, AA**")
+    assert weighted.weight("AsAhKsKh") == 100 and weighted.weight("KsKh2c3d") == 50
+    assert weighted.total_weight == pytest.approx(len(aces) + 0.5 * (len(pm.OmahaRange("KK**")) - 36))
+    for text in ("AA**:ds", "KK+:ss, T987-7654@25", "!(np,rundown)", "AsKs**:ds!AAA*"):
+        r = pm.OmahaRange(text)
+        assert pm.OmahaRange(r.text) == r
+    five = pm.OmahaRange("AA***", "omaha5")
+    assert five.hole_cards == 5 and "AsAh2c3d4h" in five
+
+
+def test_hand_types_and_set_operations():
+    types = pm.OmahaRange("****").hand_types()
+    assert types["double-suited"][0] + types["single-suited"][0] + types["rainbow"][0] == 270725
+    assert types["quads"][0] == 13
+    assert pm.omaha_hand_type("AsKsAhKh") == {
+        "suits": "double-suited", "pairs": "two pair", "rundown": False, "broadway": True, "suited_ace": True}
+    a, b = pm.OmahaRange("AA**"), pm.OmahaRange("KK**")
+    assert len(a | b) == len(a) + len(b) - len(a & b) and len(a - b) == len(a) - len(a & b)
+    assert len(a.without("AsAh")) == len(pm.OmahaRange("AA**").without(["As", "Ah"]))
+
+
+def test_range_equity_exact_and_sampled():
+    exact = pm.equity(["AsKsQhJh", "9c9d**@50, 8h7h**!9c9d**"], board="Ts6h2c", game="omaha", method="exact")
+    assert exact.method == "exact"
+    sampled = pm.equity(["AsKsQhJh", "9c9d**@50, 8h7h**!9c9d**"], board="Ts6h2c", game="omaha",
+                        method="monte-carlo", trials=200_000, seed=3)
+    assert abs(sampled[0].equity - exact[0].equity) <= 4 * sampled[0].std_error
+    hilo = pm.equity(["As2s**:ds", "random"], game="omaha6-hilo", board="Kh7h6c", trials=20_000)
+    assert not math.isnan(hilo[0].scoop) and hilo[0].equity == pytest.approx(hilo[0].high + hilo[0].low)
+
+
+@pytest.mark.parametrize("call, message", [
+    (lambda: pm.OmahaRange("AA*?"), "position 4: "),
+    (lambda: pm.OmahaRange("AA**", "holdem"), "only the Omaha games"),
+    (lambda: pm.OmahaRange("10%", "omaha6"), "exact 6-card table"),
+    (lambda: pm.equity(["AsKs**", "AsQs**"], game="omaha"), "can never be dealt together"),
+    (lambda: pm.equity(["AsKsQhJh", "AA**"], dead="AhAdAc", game="omaha"), "player 2: no holding of 'AA\\*\\*' is left"),
+])
+def test_errors(call, message):
+    with pytest.raises(ValueError, match=message):
+        call()
