@@ -1,5 +1,6 @@
-// Omaha best-hand searches on random deals (4, 5 and 6 hole cards, five-card boards), and the nut
-// and outs questions on a flop. Deals are generated before timing.
+// Omaha best-hand searches on random deals (4, 5 and 6 hole cards, five-card boards), the nut
+// and outs questions on a flop, and Omaha ranges: parsing, range against range, a holding against
+// a range on the flop. Deals are generated before timing.
 #include <benchmark/benchmark.h>
 
 #include <random>
@@ -114,5 +115,41 @@ void BM_RiverEquityHandsOnPreFlopCommonHL_heads_up(benchmark::State& state) {
   state.counters["boards"] = count;
 }
 BENCHMARK(BM_RiverEquityHandsOnPreFlopCommonHL_heads_up)->Unit(benchmark::kMillisecond);
+
+
+// ---- Omaha ranges (the 4-card ranking is read from the data directory, computed there on first use)
+
+// Parsing a range with patterns, hand types and a share of the ranking into its holdings.
+void BM_parse_omaha_range(benchmark::State& state) {
+  const auto ranking = pokermath::omaha_ranking(pokermath::EquityGame::Omaha);
+  for (auto _ : state)
+    benchmark::DoNotOptimize(pokermath::parse_omaha_range("AA**:ds,KK**:ds,15%", 4, ranking.get()).size());
+}
+BENCHMARK(BM_parse_omaha_range)->Unit(benchmark::kMillisecond);
+
+// Range against range pre-flop to a standard error of 0.001, on Arg threads.
+void BM_omaha_range_vs_range_preflop(benchmark::State& state) {
+  pokermath::EquityRequest r;
+  r.game = pokermath::EquityGame::Omaha;
+  r.players = {"AA**", "15%"};
+  r.target_std_error = 0.001;
+  r.threads = static_cast<int>(state.range(0));
+  pokermath::compute_equity(r);  // the ranking and the evaluator's tables, before timing
+  for (auto _ : state) benchmark::DoNotOptimize(pokermath::compute_equity(r).players[0].equity);
+}
+BENCHMARK(BM_omaha_range_vs_range_preflop)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
+
+// A holding against a 30% range on the flop, every turn and river counted, on Arg threads.
+void BM_omaha_holding_vs_range_flop_exact(benchmark::State& state) {
+  pokermath::EquityRequest r;
+  r.game = pokermath::EquityGame::Omaha;
+  r.players = {"AsKsQhJh", "30%"};
+  r.board = pokermath::parse_cards("Ts6h2c");
+  r.method = pokermath::EquityMethod::Exact;
+  r.threads = static_cast<int>(state.range(0));
+  pokermath::compute_equity(r);
+  for (auto _ : state) benchmark::DoNotOptimize(pokermath::compute_equity(r).players[0].equity);
+}
+BENCHMARK(BM_omaha_holding_vs_range_flop_exact)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace

@@ -92,6 +92,8 @@ class Parser {
   size_t m_pos = 0;
   int m_holeCards;
   const OmahaRanking* m_ranking;
+  int m_depth = 0;
+  static constexpr int kMaxNesting = 200;
 
   bool at_end() const { return m_pos >= m_text.size(); }
   char peek() const { return at_end() ? '\0' : m_text[m_pos]; }
@@ -107,18 +109,30 @@ class Parser {
     throw Error("position " + std::to_string(pos + 1) + ": " + message);
   }
 
+  // The terms of a union are joined as a balanced tree, so that a list of thousands of holdings
+  // stays a few levels deep for the recursive evaluation and printing (a union prints as the flat
+  // list either way). Nesting by parentheses, '!' and chains of ':' and '!' is limited instead.
   NodePtr expression() {
-    NodePtr node = term();
+    std::vector<NodePtr> terms;
+    terms.push_back(term());
     while (peek() == ',') {
       ++m_pos;
-      node = make_node(Kind::Union, std::move(node), term());
+      terms.push_back(term());
     }
-    return node;
+    while (terms.size() > 1) {
+      std::vector<NodePtr> joined;
+      for (size_t i = 0; i + 1 < terms.size(); i += 2)
+        joined.push_back(make_node(Kind::Union, std::move(terms[i]), std::move(terms[i + 1])));
+      if (terms.size() % 2) joined.push_back(std::move(terms.back()));
+      terms = std::move(joined);
+    }
+    return std::move(terms[0]);
   }
 
   NodePtr term() {
     NodePtr node = operand();
-    while (peek() == ':' || peek() == '!') {
+    for (int chain = 0; peek() == ':' || peek() == '!'; ++chain) {
+      if (chain == kMaxNesting) fail_plain(m_pos, "more than " + std::to_string(kMaxNesting) + " ':' and '!' in a row");
       const Kind kind = peek() == ':' ? Kind::Intersect : Kind::Exclude;
       ++m_pos;
       node = make_node(kind, std::move(node), operand());
@@ -126,11 +140,22 @@ class Parser {
     return node;
   }
 
+  // Counts one level of nesting ('(' or a leading '!') for the duration of a parse step.
+  struct Nested {
+    Parser& parser;
+    Nested(Parser& p, size_t at) : parser(p) {
+      if (++parser.m_depth > kMaxNesting)
+        parser.fail_plain(at, "'(' and '!' nest more than " + std::to_string(kMaxNesting) + " deep");
+    }
+    ~Nested() { --parser.m_depth; }
+  };
+
   // An operand: a primary, or '!' and an operand (every holding except it). Leaves the position after
   // any blanks that follow.
   NodePtr operand() {
     skip_blanks();
     if (peek() == '!') {
+      const Nested nested(*this, m_pos);
       ++m_pos;
       return make_node(Kind::Not, operand());
     }
@@ -153,6 +178,7 @@ class Parser {
   NodePtr atom() {
     const char c = peek();
     if (c == '(') {
+      const Nested nested(*this, m_pos);
       ++m_pos;
       NodePtr node = expression();
       if (peek() != ')') fail(m_pos, "',', ':', '!' or ')'");

@@ -266,6 +266,13 @@ TEST(OmahaRangeParse, MalformedTextNamesThePosition) {
   EXPECT_NE(test_util::error_of([] { parse_omaha_range("AA", 7); }), "(no error)");
   EXPECT_NE(test_util::error_of([] { parse_omaha_range("AAAAAAA", 6); }), "(no error)");
   EXPECT_TRUE(parse_omaha_range("AAAA!AAAA").empty());  // empty is a result, not an error
+  // Nesting is limited (a message, never a stack overflow); a long list of holdings is not.
+  const std::string deep = std::string(5000, '(') + "AA" + std::string(5000, ')');
+  EXPECT_EQ(test_util::error_of([&] { parse_omaha_range(deep); }).rfind("position 201: ", 0), 0u);
+  EXPECT_EQ(test_util::error_of([&] { parse_omaha_range(std::string(5000, '!') + "AA"); }).rfind("position 201: ", 0), 0u);
+  std::string list;
+  for (int i = 0; i < 50000; ++i) list += "AsKsQhJh,";
+  EXPECT_EQ(parse_omaha_range(list + "AcKcQdJd").size(), 2u);
 }
 
 // A ranking of all 4-card classes in an arbitrary but fixed order (by a scramble of the class mask).
