@@ -1,12 +1,17 @@
-// The Omaha and Omaha Hi/Lo equity requests on the engine framework: every board counted (the
-// first missing card splits the work among the threads) or sampled in chunks. Each player's best
-// hand comes from the rank-pair tables (eval_rank7_via_ofsm7), built in memory on first use.
+// The Omaha and Omaha Hi/Lo equity requests on the engine framework. Each player is a fixed holding,
+// a weighted range (the Omaha range language) or random. Exact answers count every board (the
+// first missing card splits the work among the threads) and on it every combination of holdings
+// that share no card, weighted by the product of their weights; Monte Carlo draws the holdings with
+// those joint probabilities, in chunks. High hands come from the rank-pair tables
+// (eval_rank7_via_ofsm7, built in memory on first use), lows from the low-rank-set table.
 #include <algorithm>
 #include <array>
 #include <atomic>
 #include <bit>
 #include <cmath>
+#include <functional>
 #include <limits>
+#include <numeric>
 
 #include "equity/board_walk.h"
 #include "equity/omaha_boards.h"
@@ -41,14 +46,59 @@ struct Holding {
   uint32_t low_ranks = 0;  // its low-rank set (low_sets.h)
 };
 
+// Draws an index 0..n-1 with probability proportional to its weight in constant time (Walker's alias
+// method, built by Vose's algorithm): a uniform index i is kept with probability keep[i], else
+// replaced by alias[i]. Equal weights skip the second draw.
+class WeightedIndex {
+ public:
+  WeightedIndex() = default;
+  explicit WeightedIndex(const std::vector<double>& weights) : m_n(static_cast<uint32_t>(weights.size())) {
+    m_equal = std::adjacent_find(weights.begin(), weights.end(), std::not_equal_to<>()) == weights.end();
+    if (m_equal || m_n == 0) return;
+    const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
+    std::vector<double> scaled(weights.size());
+    std::vector<uint32_t> small, large;
+    for (uint32_t i = 0; i < m_n; ++i) {
+      scaled[i] = weights[i] * m_n / total;
+      (scaled[i] < 1 ? small : large).push_back(i);
+    }
+    m_keep.assign(m_n, 1.0);
+    m_alias.resize(m_n);
+    for (uint32_t i = 0; i < m_n; ++i) m_alias[i] = i;
+    while (!small.empty() && !large.empty()) {
+      const uint32_t s = small.back(), l = large.back();
+      small.pop_back();
+      m_keep[s] = scaled[s];
+      m_alias[s] = l;
+      scaled[l] -= 1 - scaled[s];
+      if (scaled[l] < 1) {
+        large.pop_back();
+        small.push_back(l);
+      }
+    }
+  }
+  uint32_t draw(Rng& rng) const {
+    const uint32_t i = rng.below(m_n);
+    if (m_equal) return i;
+    const double u = static_cast<double>(rng.next() >> 11) * 0x1.0p-53;
+    return u < m_keep[i] ? i : m_alias[i];
+  }
+
+ private:
+  uint32_t m_n = 0;
+  bool m_equal = true;
+  std::vector<double> m_keep;
+  std::vector<uint32_t> m_alias;
+};
+
 // One Omaha player: random (every holding of the cards left, equally likely), or the live holdings
-// of a fixed holding or a range, with the cumulative weights the sampler draws from.
+// of a fixed holding or a range, with the weighted draw the sampler uses.
 struct OmahaPlayer {
   std::string text;
   bool random = false;
   bool fixed = false;  // written as cards: one holding
   std::vector<Holding> holdings;
-  std::vector<double> cumulative;
+  WeightedIndex sampler;
 };
 
 // Calls visit(mask) for every set of k cards of `cards`, in increasing order.
@@ -117,8 +167,9 @@ std::vector<OmahaPlayer> read_omaha_players(const EquityRequest& request, const 
                   (range.empty() ? "" : " once the board, the dead cards and the other players' holdings are out"));
   }
   for (OmahaPlayer& p : players) {
-    double sum = 0;
-    for (const Holding& h : p.holdings) p.cumulative.push_back(sum += h.weight);
+    std::vector<double> weights;
+    for (const Holding& h : p.holdings) weights.push_back(h.weight);
+    p.sampler = WeightedIndex(weights);
   }
   return players;
 }
@@ -366,14 +417,7 @@ OmahaTally monte_carlo(const OmahaQuestion& q, const EquityRequest& request, con
             for (int p = 0; p < n && !clash; ++p) {
               const OmahaPlayer& player = q.players[static_cast<size_t>(p)];
               if (player.random) continue;
-              size_t i = 0;
-              if (player.holdings.size() > 1) {
-                const double u = static_cast<double>(rng.next() >> 11) * 0x1.0p-53 * player.cumulative.back();
-                i = static_cast<size_t>(std::upper_bound(player.cumulative.begin(), player.cumulative.end(), u) -
-                                        player.cumulative.begin());
-                i = std::min(i, player.holdings.size() - 1);
-              }
-              chosen[p] = &player.holdings[i];
+              chosen[p] = &player.holdings[player.holdings.size() > 1 ? player.sampler.draw(rng) : 0];
               clash = (chosen[p]->mask & used) != 0;
               used |= chosen[p]->mask;
             }
