@@ -1,7 +1,7 @@
-// Range text in both notations and range files. The input is read as a range expression in the
-// players' and in the printed notation, and as a Hold'em and a short-deck range file; whatever is
-// accepted must print and read back to the same combinations, and the classic file reader must
-// agree with the checked one.
+// Range text in both notations, range files and Omaha ranges. The input is read as a range
+// expression in the players' and in the printed notation, as a Hold'em and a short-deck range file,
+// and as a four-card Omaha range; whatever is accepted must print and read back to the same
+// combinations (holdings and weights), and the classic file reader must agree with the checked one.
 #include <bitset>
 
 #include "fuzz_input.h"
@@ -83,6 +83,25 @@ void range_file(const std::string& path, RangeGame game) {
   short_deck ? folder.MakeInterpolation6Plus() : folder.MakeInterpolation();
 }
 
+// An Omaha range, with a two-class ranking for its shares, prints in a form that reads back.
+void omaha_range(std::string_view text) {
+  static const pokermath::OmahaRanking ranking = [] {
+    pokermath::OmahaRanking r;
+    r.classes = {omaha_suit_class(cards_to_mask(parse_cards("AsAhKsKh"))),
+                 omaha_suit_class(cards_to_mask(parse_cards("2c2d2h2s")))};
+    r.equity = {0.7f, 0.1f};
+    return r;
+  }();
+  pokermath::OmahaRange range;
+  try {
+    range = parse_omaha_range(text, 4, &ranking);
+  } catch (const Error&) {
+    return;
+  }
+  const pokermath::OmahaRange again = parse_omaha_range(range.text(), 4, &ranking);
+  expect(again.holdings() == range.holdings(), "an Omaha range does not read back: " + range.text());
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerInitialize(int*, char***) {
@@ -94,6 +113,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   players_notation(text);
   printed_notation(text);
+  omaha_range(text);
   const std::string path = fuzz::write_scratch("range.txt", text).string();
   range_file(path, RangeGame::Holdem);
   range_file(path, RangeGame::ShortDeck);
