@@ -1,5 +1,6 @@
 // pokermath tables: generates the table files into the data directory.
 #include <chrono>
+#include <functional>
 #include <iostream>
 #include <nlohmann/json.hpp>
 
@@ -30,37 +31,14 @@ void run_tables(const TablesOptions& options) {
 
   nlohmann::ordered_json report = nlohmann::ordered_json::array();
   const TableProgress progress = options.json ? TableProgress{} : stderr_progress();
-  for (TableFile file : files) {
+  // Runs one generation and reports the files it makes: their size, and whether they were written
+  // (`note` follows the time of a job that writes several files).
+  auto generate = [&](const std::function<bool()>& make, const std::vector<std::string>& names,
+                      const std::string& note = "") {
     const auto start = std::chrono::steady_clock::now();
-    const bool written = generate_table_file(dir, file, options.force, progress);
+    const bool written = make();
     const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    const std::filesystem::path path = dir / std::string(table_file_name(file));
-    const auto bytes = std::filesystem::file_size(path);
-    if (options.json) {
-      report.push_back({{"file", path.string()}, {"bytes", bytes}, {"generated", written}, {"seconds", seconds}});
-      continue;
-    }
-    std::cout << path.string() << ": " << bytes << " bytes, "
-              << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s" : "already present") << "\n";
-  }
-  if (options.preflop) {
-    const auto start = std::chrono::steady_clock::now();
-    const bool written = generate_preflop_table(dir, options.force, progress);
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    const std::filesystem::path path = dir / "OrvalisPC.dat";
-    const auto bytes = std::filesystem::file_size(path);
-    if (options.json)
-      report.push_back({{"file", path.string()}, {"bytes", bytes}, {"generated", written}, {"seconds", seconds}});
-    else
-      std::cout << path.string() << ": " << bytes << " bytes, "
-                << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s" : "already present")
-                << "\n";
-  }
-  if (options.short_deck) {
-    const auto start = std::chrono::steady_clock::now();
-    const bool written = generate_short_deck_tables(dir, options.force, progress);
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    for (const std::string& name : short_deck_table_names()) {
+    for (const std::string& name : names) {
       const std::filesystem::path path = dir / name;
       const auto bytes = std::filesystem::file_size(path);
       if (options.json) {
@@ -68,24 +46,21 @@ void run_tables(const TablesOptions& options) {
         continue;
       }
       std::cout << path.string() << ": " << bytes << " bytes, "
-                << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s (all nine)"
-                            : "already present")
+                << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s" + note : "already present")
                 << "\n";
     }
-  }
+  };
+  for (TableFile file : files)
+    generate([&] { return generate_table_file(dir, file, options.force, progress); },
+             {std::string(table_file_name(file))});
+  if (options.preflop)
+    generate([&] { return generate_preflop_table(dir, options.force, progress); }, {"OrvalisPC.dat"});
+  if (options.short_deck)
+    generate([&] { return generate_short_deck_tables(dir, options.force, progress); }, short_deck_table_names(),
+             " (all nine)");
   for (const std::string& game_name : options.omaha_rankings) {
     const EquityGame game = equity_game_from_name(game_name);
-    const auto start = std::chrono::steady_clock::now();
-    const bool written = generate_omaha_ranking(game, dir, options.force, progress);
-    const double seconds = std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
-    const std::filesystem::path path = dir / omaha_ranking_name(game);
-    const auto bytes = std::filesystem::file_size(path);
-    if (options.json)
-      report.push_back({{"file", path.string()}, {"bytes", bytes}, {"generated", written}, {"seconds", seconds}});
-    else
-      std::cout << path.string() << ": " << bytes << " bytes, "
-                << (written ? "generated in " + std::to_string(seconds).substr(0, 5) + " s" : "already present")
-                << "\n";
+    generate([&] { return generate_omaha_ranking(game, dir, options.force, progress); }, {omaha_ranking_name(game)});
   }
   if (options.json) std::cout << report.dump(2) << "\n";
 }

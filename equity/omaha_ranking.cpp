@@ -20,6 +20,7 @@
 #include <mutex>
 
 #include "equity/engine.h"
+#include "equity/requests.h"
 #include "omaha/low_sets.h"
 #include "pokermath/equity.h"
 #include "support/data_dir.h"
@@ -31,20 +32,14 @@ namespace {
 
 using namespace detail;
 
-struct RankingGame {
-  int hole = 4;
-  bool hi_lo = false;
-};
+using RankingGame = OmahaGame;
 
+// The game's hole cards and high or Hi/Lo; throws Error for a game without a ranking.
 RankingGame ranking_game(EquityGame game) {
-  switch (game) {
-    case EquityGame::Omaha: return {4, false};
-    case EquityGame::Omaha5: return {5, false};
-    case EquityGame::Omaha6: return {6, false};
-    case EquityGame::OmahaHiLo: return {4, true};
-    case EquityGame::Omaha5HiLo: return {5, true};
-    case EquityGame::Omaha6HiLo: return {6, true};
-    default: throw Error("only the Omaha games have a pre-flop ranking of holdings");
+  try {
+    return omaha_game(game);
+  } catch (const Error&) {
+    throw Error("only the Omaha games have a pre-flop ranking of holdings");
   }
 }
 

@@ -22,22 +22,6 @@ namespace pokermath::detail {
 
 namespace {
 
-struct OmahaGame {
-  int hole = 4;
-  bool hi_lo = false;
-};
-
-OmahaGame omaha_game(EquityGame game) {
-  switch (game) {
-    case EquityGame::Omaha5: return {5, false};
-    case EquityGame::Omaha6: return {6, false};
-    case EquityGame::OmahaHiLo: return {4, true};
-    case EquityGame::Omaha5HiLo: return {5, true};
-    case EquityGame::Omaha6HiLo: return {6, true};
-    default: return {4, false};
-  }
-}
-
 // A holding of a player's range: its cards as a mask and as codes, and its weight as a fraction.
 struct Holding {
   uint64_t mask = 0;

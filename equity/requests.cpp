@@ -35,6 +35,18 @@ uint64_t check_request(const EquityRequest& request) {
   return cards_to_mask(known);  // throws for a bad code or a card given twice
 }
 
+OmahaGame omaha_game(EquityGame game) {
+  switch (game) {
+    case EquityGame::Omaha: return {4, false};
+    case EquityGame::Omaha5: return {5, false};
+    case EquityGame::Omaha6: return {6, false};
+    case EquityGame::OmahaHiLo: return {4, true};
+    case EquityGame::Omaha5HiLo: return {5, true};
+    case EquityGame::Omaha6HiLo: return {6, true};
+    default: throw Error("only the Omaha games have holdings of 4 to 6 cards");
+  }
+}
+
 double ways_to_deal(int from, int cards) {
   double n = 1;
   for (int i = 0; i < cards; ++i) n = n * (from - i) / (i + 1);

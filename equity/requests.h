@@ -37,6 +37,16 @@ SampleLimits sample_limits(const EquityRequest& request);
 EquityResult equity_result(const std::vector<std::string>& texts, const std::vector<PlayerShares>& shares, bool exact,
                            double deals);
 
+// An Omaha game: hole cards per player (4, 5 or 6) and whether the pot is split with the
+// eight-or-better low.
+struct OmahaGame {
+  int hole = 4;
+  bool hi_lo = false;
+};
+
+// The Omaha game of an EquityGame; throws Error for a game that is not Omaha.
+OmahaGame omaha_game(EquityGame game);
+
 // The games' engines.
 EquityResult compute_holdem_equity(const EquityRequest& request);
 EquityResult compute_omaha_equity(const EquityRequest& request);

@@ -123,24 +123,6 @@ std::string joined_text(const OmahaRange& a, const OmahaRange& b, char op) {
   return operand_text(a.text(), false, level) + op + operand_text(b.text(), true, level);
 }
 
-// Walks two ascending holding lists together; `take(a, b)` gets the holding of each side (nullptr
-// when absent) and returns the weight to keep, 0 to drop the holding.
-template <class Take>
-std::vector<OmahaHolding> merge(const std::vector<OmahaHolding>& a, const std::vector<OmahaHolding>& b, Take take) {
-  std::vector<OmahaHolding> out;
-  out.reserve(std::max(a.size(), b.size()));
-  size_t i = 0, j = 0;
-  while (i < a.size() || j < b.size()) {
-    const OmahaHolding* x = i < a.size() && (j == b.size() || a[i].cards <= b[j].cards) ? &a[i] : nullptr;
-    const OmahaHolding* y = j < b.size() && (i == a.size() || b[j].cards <= a[i].cards) ? &b[j] : nullptr;
-    const uint64_t cards = x ? x->cards : y->cards;
-    if (const double w = take(x, y); w > 0) out.push_back({cards, w});
-    i += x != nullptr;
-    j += y != nullptr;
-  }
-  return out;
-}
-
 }  // namespace
 
 OmahaRange::OmahaRange(int hole_cards, std::vector<OmahaHolding> holdings, std::string text)
@@ -190,7 +172,7 @@ OmahaRange OmahaRange::without(uint64_t cards) const {
 
 OmahaRange operator|(const OmahaRange& a, const OmahaRange& b) {
   check_same_size(a, b);
-  auto held = merge(a.m_holdings, b.m_holdings, [](const OmahaHolding* x, const OmahaHolding* y) {
+  auto held = detail::merge_holdings(a.m_holdings, b.m_holdings, [](const OmahaHolding* x, const OmahaHolding* y) {
     return std::max(x ? x->weight : 0.0, y ? y->weight : 0.0);
   });
   return OmahaRange(a.m_holeCards, std::move(held), joined_text(a, b, ','));
@@ -198,7 +180,7 @@ OmahaRange operator|(const OmahaRange& a, const OmahaRange& b) {
 
 OmahaRange operator&(const OmahaRange& a, const OmahaRange& b) {
   check_same_size(a, b);
-  auto held = merge(a.m_holdings, b.m_holdings, [](const OmahaHolding* x, const OmahaHolding* y) {
+  auto held = detail::merge_holdings(a.m_holdings, b.m_holdings, [](const OmahaHolding* x, const OmahaHolding* y) {
     return x && y ? std::min(x->weight, y->weight) : 0.0;
   });
   return OmahaRange(a.m_holeCards, std::move(held), joined_text(a, b, ':'));
@@ -206,7 +188,7 @@ OmahaRange operator&(const OmahaRange& a, const OmahaRange& b) {
 
 OmahaRange operator-(const OmahaRange& a, const OmahaRange& b) {
   check_same_size(a, b);
-  auto held = merge(a.m_holdings, b.m_holdings,
+  auto held = detail::merge_holdings(a.m_holdings, b.m_holdings,
                     [](const OmahaHolding* x, const OmahaHolding* y) { return x && !y ? x->weight : 0.0; });
   return OmahaRange(a.m_holeCards, std::move(held), joined_text(a, b, '!'));
 }

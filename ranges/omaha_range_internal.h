@@ -2,6 +2,7 @@
 // forms of numbers and holdings.
 #pragma once
 
+#include <algorithm>
 #include <bit>
 #include <cstdint>
 #include <string>
@@ -35,6 +36,25 @@ void for_each_holding(int hole_cards, F&& f) {
 // The 13-bit rank set of each suit (clubs first).
 inline void suit_words(uint64_t cards, uint32_t words[4]) {
   for (int s = 0; s < 4; ++s) words[s] = static_cast<uint32_t>((cards >> (13 * s)) & 0x1FFF);
+}
+
+// Walks two ascending holding lists together; `take(a, b)` gets the holding of each side (nullptr
+// when absent) and returns the weight to keep, 0 to drop the holding.
+template <class Take>
+std::vector<OmahaHolding> merge_holdings(const std::vector<OmahaHolding>& a, const std::vector<OmahaHolding>& b,
+                                         Take take) {
+  std::vector<OmahaHolding> out;
+  out.reserve(std::max(a.size(), b.size()));
+  size_t i = 0, j = 0;
+  while (i < a.size() || j < b.size()) {
+    const OmahaHolding* x = i < a.size() && (j == b.size() || a[i].cards <= b[j].cards) ? &a[i] : nullptr;
+    const OmahaHolding* y = j < b.size() && (i == a.size() || b[j].cards <= a[i].cards) ? &b[j] : nullptr;
+    const uint64_t cards = x ? x->cards : y->cards;
+    if (const double w = take(x, y); w > 0) out.push_back({cards, w});
+    i += x != nullptr;
+    j += y != nullptr;
+  }
+  return out;
 }
 
 // omaha_hand_type without the check of the mask.

@@ -517,7 +517,7 @@ class Evaluator {
         });
       }
       case Kind::Union:
-        return merge(eval(*node.left), eval(*node.right), [](const OmahaHolding* a, const OmahaHolding* b) {
+        return detail::merge_holdings(eval(*node.left), eval(*node.right), [](const OmahaHolding* a, const OmahaHolding* b) {
           return std::max(a ? a->weight : 0.0, b ? b->weight : 0.0);
         });
       case Kind::Intersect:
@@ -525,32 +525,16 @@ class Evaluator {
           return filter(eval(*node.left), [&](uint64_t c) { return word_test(*node.right, c); });
         if (is_word_test(*node.left) && full_weight(*node.left))
           return filter(eval(*node.right), [&](uint64_t c) { return word_test(*node.left, c); });
-        return merge(eval(*node.left), eval(*node.right), [](const OmahaHolding* a, const OmahaHolding* b) {
+        return detail::merge_holdings(eval(*node.left), eval(*node.right), [](const OmahaHolding* a, const OmahaHolding* b) {
           return a && b ? std::min(a->weight, b->weight) : 0.0;
         });
       case Kind::Exclude:
         if (is_word_test(*node.right))
           return filter(eval(*node.left), [&](uint64_t c) { return !word_test(*node.right, c); });
-        return merge(eval(*node.left), eval(*node.right),
+        return detail::merge_holdings(eval(*node.left), eval(*node.right),
                      [](const OmahaHolding* a, const OmahaHolding* b) { return a && !b ? a->weight : 0.0; });
     }
     return {};
-  }
-
-  template <class Take>
-  static Held merge(const Held& a, const Held& b, Take take) {
-    Held out;
-    out.reserve(std::max(a.size(), b.size()));
-    size_t i = 0, j = 0;
-    while (i < a.size() || j < b.size()) {
-      const OmahaHolding* x = i < a.size() && (j == b.size() || a[i].cards <= b[j].cards) ? &a[i] : nullptr;
-      const OmahaHolding* y = j < b.size() && (i == a.size() || b[j].cards <= a[i].cards) ? &b[j] : nullptr;
-      const uint64_t cards = x ? x->cards : y->cards;
-      if (const double w = take(x, y); w > 0) out.push_back({cards, w});
-      i += x != nullptr;
-      j += y != nullptr;
-    }
-    return out;
   }
 
   // ---- patterns
