@@ -7,6 +7,7 @@
 #include "commands.h"
 #include "number_options.h"
 #include "pokermath/pokermath.h"
+#include "pictures.h"
 #include "progress.h"
 
 namespace pokermath::cli {
@@ -24,6 +25,9 @@ struct EquityOptions {
   int time_ms = 0;
   double target_std_error = 0;
   int threads = 0;
+  bool by_class = false, distribution = false;
+  int player = 1;  // whose range --by-class and --distribution break down (1-based)
+  std::string svg;
 };
 
 std::string percent(double fraction) {
@@ -44,7 +48,7 @@ std::string with_commas(double count) {
   return out;
 }
 
-void print_json(const EquityOptions& o, const EquityRequest& request, const EquityResult& result) {
+nlohmann::ordered_json json_of(const EquityOptions& o, const EquityRequest& request, const EquityResult& result) {
   using Json = nlohmann::ordered_json;
   auto number = [](double x) { return std::isnan(x) ? Json(nullptr) : Json(x); };
   Json players = Json::array();
@@ -58,16 +62,14 @@ void print_json(const EquityOptions& o, const EquityRequest& request, const Equi
     player["std_error"] = p.std_error;
     players.push_back(player);
   }
-  std::cout << Json{{"game", o.game},
-                    {"method", result.exact ? "exact" : "monte-carlo"},
-                    {"from_table", result.from_table},
-                    {"deals", static_cast<int64_t>(std::llround(result.deals))},
-                    {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
-                    {"seconds", result.seconds},
-                    {"board", request.board.empty() ? Json("") : Json(cards_to_string(request.board))},
-                    {"players", players}}
-                   .dump(2)
-            << "\n";
+  return Json{{"game", o.game},
+              {"method", result.exact ? "exact" : "monte-carlo"},
+              {"from_table", result.from_table},
+              {"deals", static_cast<int64_t>(std::llround(result.deals))},
+              {"seed", result.exact ? Json(nullptr) : Json(o.seed)},
+              {"seconds", result.seconds},
+              {"board", request.board.empty() ? Json("") : Json(cards_to_string(request.board))},
+              {"players", players}};
 }
 
 void print_text(const EquityOptions& o, const EquityRequest& request, const EquityResult& result) {
@@ -110,6 +112,74 @@ void print_text(const EquityOptions& o, const EquityRequest& request, const Equi
   std::cout << time;
 }
 
+// The distribution's shares at these equities are printed.
+constexpr double kDistributionMarks[] = {0.8, 0.66, 0.5, 0.33, 0.2};
+
+// --by-class and --distribution: one player's range broken down exactly, with the whole result.
+void run_breakdown(const EquityOptions& o, EquityRequest& request) {
+  if (o.monte_carlo || o.target_std_error > 0)
+    throw Error("--by-class and --distribution count exactly: leave out --monte-carlo and --target-stderr");
+  if (o.player > static_cast<int>(request.players.size()))
+    throw Error("--player " + std::to_string(o.player) + ": there are " + std::to_string(request.players.size()) +
+                " players");
+  if (!o.svg.empty() && o.by_class && o.distribution)
+    throw Error("--svg draws one picture: give it with --by-class or with --distribution, not both");
+  request.method = EquityMethod::Exact;
+  const RangeBreakdown breakdown = equity_by_class(request, o.player - 1);
+  const EquityResult result = compute_equity(request);
+  const EquityDistribution distribution = equity_distribution(breakdown);
+  std::array<double, 169> grid{};
+  for (const ClassEquity& c : breakdown.classes) grid[static_cast<size_t>(c.cell)] = c.equity;
+  const std::string who = "player " + std::to_string(o.player) + " (" + request.players[o.player - 1] + ")";
+  if (!o.svg.empty())
+    write_picture(o.svg, o.by_class ? range_grid_svg(grid, GridScale::Equity, "Equity by class of " + who)
+                                    : distribution_svg(distribution, "Equity distribution of " + who));
+  if (o.json) {
+    using Json = nlohmann::ordered_json;
+    Json out = json_of(o, request, result);
+    out["player"] = o.player;
+    if (o.by_class) {
+      Json classes = Json::array(), combos = Json::array();
+      for (const ClassEquity& c : breakdown.classes)
+        if (c.combos > 0)
+          classes.push_back({{"class", hand_class_name(c.cell)}, {"combos", c.combos}, {"weight", c.weight},
+                             {"equity", c.equity}});
+      for (size_t k = 0; k < breakdown.combos.size(); ++k) {
+        const ComboEquity& c = breakdown.combos[k];
+        combos.push_back({{"combo", card_to_string(c.card1) + card_to_string(c.card2)}, {"weight", c.weight},
+                          {"deal_weight", breakdown.deal_weight[k]}, {"equity", c.equity}});
+      }
+      out["by_class"] = classes;
+      out["combos"] = combos;
+    }
+    if (o.distribution) {
+      Json steps = Json::array(), marks = Json::object();
+      for (const DistributionStep& s : distribution.steps)
+        steps.push_back({{"combo", s.combo}, {"from", s.from}, {"to", s.to}, {"equity", s.equity}});
+      for (double mark : kDistributionMarks) marks[std::to_string(mark).substr(0, 4)] = distribution.share_at_least(mark);
+      out["distribution"] = {{"share_at_least", marks}, {"steps", steps}};
+    }
+    std::cout << out.dump(2) << "\n";
+    return;
+  }
+  print_text(o, request, result);
+  if (o.by_class) {
+    std::cout << "\nequity by class of " << escape_unprintable(who) << ":\n"
+              << range_grid_terminal(grid, GridScale::Equity, stdout_is_terminal());
+  }
+  if (o.distribution) {
+    std::cout << "\nequity distribution of " << escape_unprintable(who) << " (" << breakdown.combos.size()
+              << " combinations):\n";
+    for (double mark : kDistributionMarks)
+      std::cout << "  equity >= " << std::to_string(static_cast<int>(std::lround(mark * 100))) << "%: "
+                << percent_of(distribution.share_at_least(mark)) << " of the range\n";
+    if (!distribution.steps.empty())
+      std::cout << "  strongest " << distribution.steps.front().combo << " " << percent_of(distribution.steps.front().equity)
+                << ", weakest " << distribution.steps.back().combo << " " << percent_of(distribution.steps.back().equity)
+                << "\n";
+  }
+}
+
 void run_equity(const EquityOptions& o) {
   EquityRequest request;
   request.game = equity_game_from_name(o.game);
@@ -138,9 +208,10 @@ void run_equity(const EquityOptions& o) {
   // Progress goes to stderr, so it shows with --json too; work done within a second shows none.
   request.progress = stderr_progress();
   request.on_progress = stderr_work_progress("equity");
+  if (o.by_class || o.distribution) return run_breakdown(o, request);
   const EquityResult result = compute_equity(request);
   if (o.json)
-    print_json(o, request, result);
+    std::cout << json_of(o, request, result).dump(2) << "\n";
   else
     print_text(o, request, result);
 }
@@ -206,7 +277,25 @@ void add_equity_command(CLI::App& app) {
       ->transform(whole_number(0, kMaxThreads));
   equity->add_option("--data-dir", o->data_dir, "Where the tables are kept (default: the data directory)");
   equity->add_flag("--json", o->json, "Print one JSON object");
-  equity->callback([o] { run_equity(*o); });
+  auto* by_class = equity->add_flag("--by-class", o->by_class,
+                                    "Also break the player's range down exactly: the 13 x 13 grid of equities by class "
+                                    "(JSON: every class and combination)");
+  auto* distribution = equity->add_flag("--distribution", o->distribution,
+                                        "Also give the equity distribution of the player's range: the share of it at "
+                                        "or above 80, 66, 50, 33 and 20 % equity (JSON: the sorted curve)");
+  equity->add_option("--player", o->player, "Whose range --by-class and --distribution break down (default 1)")
+      ->transform(whole_number(1, 10));
+  auto* svg = equity->add_option("--svg", o->svg,
+                                 "With --by-class, write the heat map of equities to this SVG file; with "
+                                 "--distribution, the distribution curve");
+  by_class->excludes(mc);
+  distribution->excludes(mc);
+  (void)svg;
+  equity->callback([o] {
+    if (!o->svg.empty() && !o->by_class && !o->distribution)
+      throw Error("--svg draws the picture of --by-class or --distribution: give one of them");
+    run_equity(*o);
+  });
 }
 
 }  // namespace pokermath::cli

@@ -4,10 +4,12 @@
 #include <cctype>
 #include <cstdio>
 #include <iostream>
+#include <limits>
 #include <nlohmann/json.hpp>
 
 #include "commands.h"
 #include "pokermath/pokermath.h"
+#include "pictures.h"
 #include "progress.h"
 
 namespace pokermath::cli {
@@ -24,11 +26,13 @@ struct RangeOptions {
   bool json = false;
   std::string game = "holdem";
   std::string data_dir;
+  std::string svg;
 };
 
 // What is shown: the range and where it came from.
 struct Shown {
   Spec range;
+  WeightedRange weighted;  // the range with its weights (100 where none was given)
   bool short_deck = false;
   nlohmann::ordered_json source = nlohmann::ordered_json::object();  // JSON fields of the source
   std::vector<std::pair<std::string, std::string>> lines;            // text lines of the source
@@ -58,7 +62,7 @@ void check_short_deck_items(std::string_view text) {
     std::string lower(item);
     for (char& c : lower) c = static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
     if (lower == "random" || lower == "any") continue;
-    for (const auto& [a, b] : parse_range(item).m_hands) {
+    for (const auto& [a, b] : parse_range(item.substr(0, item.find('@'))).m_hands) {
       if (a % 13 >= kRankSix && b % 13 >= kRankSix) continue;
       throw Error("range item '" + std::string(item) + "' at position " + std::to_string(position) +
                   " names a rank below 6: the short deck has ranks 6 to A");
@@ -82,15 +86,19 @@ Shown from_options(const RangeOptions& options) {
     std::string text;
     for (const std::string& part : options.expression) text.append(text.empty() ? "" : " ").append(part);
     if (text.find_first_not_of(", \t\n") == std::string::npos) throw Error("the range expression is empty");
-    shown.range = parse_range(text);
+    shown.weighted = parse_weighted_range(text);
+    shown.range = shown.weighted.to_spec();
     if (options.short_deck) check_short_deck_items(text);
     shown.source["expression"] = text;
     return shown;
   }
   if (!options.has_top) throw Error("give a range expression, or --top P (see pokermath range --help)");
   if (!options.file.empty()) {
-    const Spec source = read_range_file(options.file, options.short_deck ? RangeGame::ShortDeck : RangeGame::Holdem);
-    shown.range = range_by_percent(source, options.top);
+    std::array<double, 169> weights{};
+    const Spec source =
+        read_range_file(options.file, options.short_deck ? RangeGame::ShortDeck : RangeGame::Holdem, weights);
+    shown.weighted = range_by_percent(source, options.top, weights);
+    shown.range = shown.weighted.to_spec();
     shown.source = {{"file", options.file}, {"top", options.top}};
     shown.lines = {{"file", escape_unprintable(options.file)}, {"top", format("%g%%", options.top)}};
     return shown;
@@ -99,6 +107,7 @@ Shown from_options(const RangeOptions& options) {
   const std::string name = options.table.empty() ? "equity" : options.table;
   TableRange entry = table_range(table, options.top);
   shown.range = std::move(entry.range);
+  shown.weighted = WeightedRange(shown.range);
   shown.source = {{"table", name}, {"top", options.top}, {"key", entry.key}, {"text", entry.text}};
   shown.lines = {
       {"table", name + (options.short_deck ? " (short deck)" : "")},
@@ -112,14 +121,32 @@ Shown from_options(const RangeOptions& options) {
 // The classes of the matrix that are shown: A..2, or A..6 for the short deck.
 int matrix_size(bool short_deck) { return short_deck ? 9 : 13; }
 
+// The share of each class's combinations the range holds, weighted (NaN for a class it lacks): the
+// values of the weight grid.
+std::array<double, 169> weight_grid(const Shown& shown) {
+  std::array<double, 169> grid = shown.weighted.class_weights();
+  for (int cell = 0; cell < 169; ++cell)
+    grid[cell] = grid[cell] > 0 ? grid[cell] / hand_class_combos(cell) : std::numeric_limits<double>::quiet_NaN();
+  return grid;
+}
+
 void print_text(const Shown& shown, const std::array<int, 169>& counts, int combos, int total) {
   std::vector<std::pair<std::string, std::string>> lines = shown.lines;
-  lines.emplace_back("range", range_to_string(shown.range, shown.short_deck));
+  const bool weighted = shown.weighted.weighted();
+  lines.emplace_back("range", weighted ? shown.weighted.text() : range_to_string(shown.range, shown.short_deck));
   lines.emplace_back("combinations", std::to_string(combos) + " of " + std::to_string(total) + " (" +
                                          format("%.2f%%", combos * 100.0 / total) + ")");
+  if (weighted)
+    lines.emplace_back("weight", format("%.2f", shown.weighted.total_weight()) + " combinations' worth (" +
+                                     format("%.2f%%", shown.weighted.total_weight() * 100.0 / total) + ")");
   for (const auto& [label, value] : lines)
     std::cout << label << ":" << std::string(14 - label.size() - 1, ' ') << value << "\n";
   std::cout << "\n";
+  // On a terminal the Hold'em grid is drawn in color, each class by the share of it held.
+  if (!shown.short_deck && stdout_is_terminal()) {
+    std::cout << range_grid_terminal(weight_grid(shown), GridScale::Weight, true);
+    return;
+  }
 
   bool partial = false;
   const int size = matrix_size(shown.short_deck);
@@ -198,6 +225,11 @@ void run_range(const RangeOptions& options) {
     combos += counts[cell];
   }
   const int total = shown.short_deck ? 630 : 1326;
+  if (!options.svg.empty()) {
+    if (shown.short_deck) throw Error("--svg draws the 13 x 13 Hold'em grid; leave out --short-deck");
+    const std::string title = shown.weighted.weighted() ? shown.weighted.text() : range_to_string(shown.range);
+    write_picture(options.svg, range_grid_svg(weight_grid(shown), GridScale::Weight, title));
+  }
   if (!options.json) {
     print_text(shown, counts, combos, total);
     return;
@@ -205,6 +237,10 @@ void run_range(const RangeOptions& options) {
   nlohmann::ordered_json out = shown.source;
   out["range"] = range_to_string(shown.range, shown.short_deck);
   out["classic"] = narrow(shown.short_deck ? shown.range.MakeString6Plus() : shown.range.MakeString());
+  if (shown.weighted.weighted()) {
+    out["weighted"] = shown.weighted.text();
+    out["weight"] = shown.weighted.total_weight();
+  }
   out["combinations"] = combos;
   out["of"] = total;
   out["percent"] = combos * 100.0 / total;
@@ -212,6 +248,13 @@ void run_range(const RangeOptions& options) {
   for (int cell = 0; cell < 169; ++cell)
     if (counts[cell] != 0) classes[hand_class_name(cell)] = counts[cell];
   out["classes"] = classes;
+  if (shown.weighted.weighted()) {
+    nlohmann::ordered_json weights = nlohmann::ordered_json::object();  // held classes' weights / 100
+    const std::array<double, 169> class_weights = shown.weighted.class_weights();
+    for (int cell = 0; cell < 169; ++cell)
+      if (counts[cell] != 0) weights[hand_class_name(cell)] = class_weights[cell];
+    out["class_weights"] = weights;
+  }
   std::cout << out.dump(2) << "\n";
 }
 
@@ -224,11 +267,16 @@ void add_range_command(CLI::App& app) {
   range->footer(
       "A range expression lists classes and runs separated by commas or blanks: AA, TT+, 99-66,\n"
       "AKs, A2s+, A9s-A6s, KQo, K9o+, KQ (suited and offsuit), K9+, single combinations such as\n"
-      "AsKs, and random or any for all 1326 combinations.\n\n"
+      "AsKs, and random or any for all 1326 combinations. Any item may carry a weight @N, the per cent\n"
+      "of the time it is held (0 < N <= 100): \"AA, KK@50, AKs@25, A5s-A2s@75\"; a combination named\n"
+      "twice keeps its largest weight. A range file's line may give its class a weight too: \"AK @50\".\n\n"
       "The matrix has rows A..2, suited classes above the diagonal and offsuit ones below it. With\n"
-      "--short-deck it has rows A..6, and an expression naming a lower rank (\"A2s+\", \"AA-55\") is refused.\n\n"
+      "--short-deck it has rows A..6, and an expression naming a lower rank (\"A2s+\", \"AA-55\") is refused.\n"
+      "On a terminal the Hold'em grid is drawn in color by the share of each class held; --svg FILE\n"
+      "writes the same heat map as an SVG picture.\n\n"
       "Examples:\n"
       "  pokermath range QQ+,AKs,AKo\n"
+      "  pokermath range \"AA, KK@50, AKs@25, A5s-A2s@75\" --svg range.svg\n"
       "  pokermath range \"22+ A2s+ KTs+ AJo+\" --json\n"
       "  pokermath range --top 10\n"
       "  pokermath range --top 15 --table groups\n"
@@ -255,6 +303,9 @@ void add_range_command(CLI::App& app) {
       range->add_option("--file", options->file, "A range file (.txt, one class per line, strongest first) for --top");
   range->add_flag("--short-deck", options->short_deck, "The 36-card deck: ranks 6 to A (630 combinations)");
   range->add_flag("--json", options->json, "Print one JSON object");
+  range->add_option("--svg", options->svg,
+                    "Also write the 13 x 13 heat map of the range (the share of each class held, weighted) to this SVG "
+                    "file");
   range
       ->add_option("--game", options->game,
                    "holdem (default), or an Omaha game for an Omaha range: omaha, omaha5, omaha6, omaha-hilo, "

@@ -15,6 +15,7 @@ void add_history_command(CLI::App& app);
 void add_range_command(CLI::App& app);
 void add_omaha_command(CLI::App& app);
 void add_bench_command(CLI::App& app);
+void add_board_hits_command(CLI::App& app);
 // Adds `hutchison HAND [--hilo] [--json]` to the `omaha` command.
 void add_omaha_hutchison_command(CLI::App& omaha);
 

@@ -52,6 +52,7 @@ int main(int argc, char** argv) {
   pokermath::cli::add_payout_command(app);
   pokermath::cli::add_history_command(app);
   pokermath::cli::add_range_command(app);
+  pokermath::cli::add_board_hits_command(app);
   pokermath::cli::add_omaha_command(app);
   pokermath::cli::add_bench_command(app);
 

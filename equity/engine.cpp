@@ -38,6 +38,10 @@ std::vector<PlayerShares> shares_of(const OutcomeCounts& counts, int players) {
   return shares_from(counts.deals, players);
 }
 
+std::vector<PlayerShares> shares_of(const WeightedOutcomeCounts& counts, int players) {
+  return shares_from(counts.by_winners(), players);
+}
+
 std::vector<PlayerShares> shares_of(const SampledOutcomes& outcomes, int players) {
   std::vector<PlayerShares> out = shares_from(outcomes.w1, players);
   double total = 0;

@@ -16,6 +16,8 @@
 #include <chrono>
 #include <cmath>
 #include <cstdint>
+#include <functional>
+#include <numeric>
 #include <vector>
 
 #include "pokermath/equity.h"
@@ -59,6 +61,30 @@ struct OutcomeCounts {
   explicit OutcomeCounts(int players = 0) : deals(size_t{1} << players, 0) {}
   void add(const OutcomeCounts& other, int64_t times = 1) {
     for (size_t m = 0; m < deals.size(); ++m) deals[m] += times * other.deals[m];
+  }
+};
+
+// Deals counted by their winners with weights: each deal weighs the product of its hands' weights
+// (fractions 0..1). The weights are held in fixed point, 2^52 to the unit (a double's precision), so
+// that sums are exact integers and do not depend on the order in which units finish; 128 bits hold
+// any count an exact request may make (weights below 2^24 tuples, 2^21 boards a class, 2^24 classes).
+struct WeightedOutcomeCounts {
+  static constexpr double kUnit = 0x1.0p52;
+  std::vector<__int128> deals;
+  explicit WeightedOutcomeCounts(int players = 0) : deals(size_t{1} << players, 0) {}
+  // Adds counts made with weight 1 per deal, times `weight` (a sum of weight products).
+  void add(const OutcomeCounts& counts, double weight) {
+    const auto fixed = static_cast<__int128>(std::nearbyint(weight * kUnit));
+    for (size_t m = 0; m < deals.size(); ++m) deals[m] += fixed * counts.deals[m];
+  }
+  void add(const WeightedOutcomeCounts& other) {
+    for (size_t m = 0; m < deals.size(); ++m) deals[m] += other.deals[m];
+  }
+  // The weighted deals by winners, in units of one full-weight deal.
+  std::vector<double> by_winners() const {
+    std::vector<double> out(deals.size());
+    for (size_t m = 0; m < deals.size(); ++m) out[m] = static_cast<double>(deals[m]) / kUnit;
+    return out;
   }
 };
 
@@ -129,6 +155,51 @@ class Rng {
 
  private:
   uint64_t m_state;
+};
+
+// Draws an index 0..n-1 with probability proportional to its weight in constant time (Walker's alias
+// method, built by Vose's algorithm): a uniform index i is kept with probability keep[i], else
+// replaced by alias[i]. Equal weights skip the second draw.
+class WeightedIndex {
+ public:
+  WeightedIndex() = default;
+  explicit WeightedIndex(const std::vector<double>& weights) : m_n(static_cast<uint32_t>(weights.size())) {
+    m_equal = std::adjacent_find(weights.begin(), weights.end(), std::not_equal_to<>()) == weights.end();
+    if (m_equal || m_n == 0) return;
+    const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
+    std::vector<double> scaled(weights.size());
+    std::vector<uint32_t> small, large;
+    for (uint32_t i = 0; i < m_n; ++i) {
+      scaled[i] = weights[i] * m_n / total;
+      (scaled[i] < 1 ? small : large).push_back(i);
+    }
+    m_keep.assign(m_n, 1.0);
+    m_alias.resize(m_n);
+    for (uint32_t i = 0; i < m_n; ++i) m_alias[i] = i;
+    while (!small.empty() && !large.empty()) {
+      const uint32_t s = small.back(), l = large.back();
+      small.pop_back();
+      m_keep[s] = scaled[s];
+      m_alias[s] = l;
+      scaled[l] -= 1 - scaled[s];
+      if (scaled[l] < 1) {
+        large.pop_back();
+        small.push_back(l);
+      }
+    }
+  }
+  uint32_t draw(Rng& rng) const {
+    const uint32_t i = rng.below(m_n);
+    if (m_equal) return i;
+    const double u = static_cast<double>(rng.next() >> 11) * 0x1.0p-53;
+    return u < m_keep[i] ? i : m_alias[i];
+  }
+
+ private:
+  uint32_t m_n = 0;
+  bool m_equal = true;
+  std::vector<double> m_keep;
+  std::vector<uint32_t> m_alias;
 };
 
 inline constexpr int64_t kChunkTrials = 4096;
@@ -227,6 +298,7 @@ struct PlayerShares {
   double win = 0, tie = 0, equity = 0, std_error = 0;
 };
 std::vector<PlayerShares> shares_of(const OutcomeCounts& counts, int players);
+std::vector<PlayerShares> shares_of(const WeightedOutcomeCounts& counts, int players);
 std::vector<PlayerShares> shares_of(const SampledOutcomes& outcomes, int players);
 
 }  // namespace pokermath::detail

@@ -37,16 +37,32 @@ constexpr double kSecondsPerLookup = 3e-9;
 constexpr double kAutoExactSeconds = 1.5;
 constexpr double kMaxExactTuples = 1e7;  // tuples of hands an exact count may group (32 bytes each)
 
+// The deals of a weighted request: counted (each tuple of hands once) and weighed.
+struct BothCounts {
+  OutcomeCounts counted;
+  WeightedOutcomeCounts weighed;
+  explicit BothCounts(int players) : counted(players), weighed(players) {}
+  void add(const BothCounts& other) {
+    counted.add(other.counted);
+    weighed.add(other.weighed);
+  }
+};
+
+HoldemDeal deal_of(const HoldemGame& game, const std::vector<int>& board, uint64_t dead_mask, int players) {
+  HoldemDeal deal;
+  deal.players = players;
+  deal.board_size = static_cast<int>(board.size());
+  std::copy(board.begin(), board.end(), deal.board.begin());
+  deal.dead = dead_mask | (kFullDeck & ~game.deck);  // no board card comes from outside the deck
+  return deal;
+}
+
 OutcomeCounts count_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
                             const std::vector<int>& board, uint64_t dead_mask,
                             const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
   const std::vector<TupleClass> classes = tuple_classes(players, symmetries);
   const int n = static_cast<int>(players.size());
-  HoldemDeal deal;
-  deal.players = n;
-  deal.board_size = static_cast<int>(board.size());
-  std::copy(board.begin(), board.end(), deal.board.begin());
-  deal.dead = dead_mask | (kFullDeck & ~game.deck);  // no board card comes from outside the deck
+  const HoldemDeal deal = deal_of(game, board, dead_mask, n);
   return run_exact_units(static_cast<int>(classes.size()), OutcomeCounts(n), control, [&](int u, OutcomeCounts& out) {
     const TupleClass& c = classes[static_cast<size_t>(u)];
     HoldemDeal d = deal;
@@ -55,15 +71,42 @@ OutcomeCounts count_classes(const HoldemGame& game, const std::vector<HoldemPlay
   });
 }
 
+// The same for weighted players: each class's boards are counted once, then added with the class's
+// tuple count and with its weight.
+BothCounts count_weighted_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
+                                  const std::vector<int>& board, uint64_t dead_mask,
+                                  const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
+  const std::vector<TupleClass> classes = tuple_classes(players, symmetries);
+  const int n = static_cast<int>(players.size());
+  const HoldemDeal deal = deal_of(game, board, dead_mask, n);
+  return run_exact_units(static_cast<int>(classes.size()), BothCounts(n), control, [&](int u, BothCounts& out) {
+    const TupleClass& c = classes[static_cast<size_t>(u)];
+    HoldemDeal d = deal;
+    for (int p = 0; p < n; ++p) d.holes[p] = c.hole(p);
+    OutcomeCounts one(n);
+    count_deal_boards(game.ranking, d, one, 1);
+    out.counted.add(one, c.tuples);
+    out.weighed.add(one, c.weight);
+  });
+}
+
+double deals_in(const OutcomeCounts& counts) {
+  double deals = 0;
+  for (int64_t d : counts.deals) deals += static_cast<double>(d);
+  return deals;
+}
+
 EquityResult exact(const HoldemGame& game, const std::vector<HoldemPlayer>& players, const EquityRequest& request,
                    const std::vector<SuitPermutation>& symmetries, uint64_t dead_mask, const RunControl& control) {
   const int n = static_cast<int>(players.size());
-  const OutcomeCounts counts = count_classes(game, players, request.board, dead_mask, symmetries, control);
-  double deals = 0;
-  for (int64_t d : counts.deals) deals += static_cast<double>(d);
   std::vector<std::string> texts;
   for (const HoldemPlayer& p : players) texts.push_back(p.text);
-  return equity_result(texts, shares_of(counts, n), true, deals);
+  if (any_weighted(players)) {
+    const BothCounts counts = count_weighted_classes(game, players, request.board, dead_mask, symmetries, control);
+    return equity_result(texts, shares_of(counts.weighed, n), true, deals_in(counts.counted));
+  }
+  const OutcomeCounts counts = count_classes(game, players, request.board, dead_mask, symmetries, control);
+  return equity_result(texts, shares_of(counts, n), true, deals_in(counts));
 }
 
 EquityResult monte_carlo(const HoldemGame& game, const std::vector<HoldemPlayer>& players, const EquityRequest& request,
@@ -104,28 +147,52 @@ OutcomeCounts count_holdem_outcomes(const HoldemGame& game, const std::vector<Ho
   return count_classes(game, players, board, dead_mask, suit_permutations_fixing({board_mask, dead_mask}), control);
 }
 
-EquityResult compute_holdem_equity(const EquityRequest& request) {
-  const HoldemGame game = holdem_game(request.game);
+namespace {
+
+// A checked Hold'em request: its game, players and the suit permutations that keep its board and
+// dead cards in place.
+struct Prepared {
+  HoldemGame game;
+  std::vector<HoldemPlayer> players;
+  uint64_t known = 0;  // board, dead cards and given hands
+  uint64_t dead_mask = 0;
+  std::vector<SuitPermutation> symmetries;
+  double tuples = 0;  // at least the tuples of hands (tuple_bound)
+};
+
+Prepared prepare(const EquityRequest& request) {
+  Prepared r;
+  r.game = holdem_game(request.game);
   const uint64_t board_and_dead = check_request(request);
-  if (const uint64_t outside = board_and_dead & ~game.deck)
+  if (const uint64_t outside = board_and_dead & ~r.game.deck)
     throw Error("card '" + card_to_string(std::countr_zero(outside)) + "' is not in the short deck (six to ace)");
-  const uint64_t board_mask = cards_to_mask(request.board), dead_mask = cards_to_mask(request.dead);
-  uint64_t known = board_and_dead;  // read_holdem_players adds the given hands' cards
-  const std::vector<HoldemPlayer> players = read_holdem_players(request, known, game.deck);
+  const uint64_t board_mask = cards_to_mask(request.board);
+  r.dead_mask = cards_to_mask(request.dead);
+  r.known = board_and_dead;  // read_holdem_players adds the given hands' cards
+  r.players = read_holdem_players(request, r.known, r.game.deck);
+  const int n = static_cast<int>(r.players.size());
+  const int missing = 5 - static_cast<int>(request.board.size());
+  if (2 * n + std::popcount(board_and_dead) + missing > r.game.cards())
+    throw Error(std::to_string(n) + " players need more cards than the deck holds");
+  if (!dealable(r.players)) throw Error("no deal is possible: the players' hands always share a card");
+  r.tuples = tuple_bound(r.players);
+  r.symmetries = suit_permutations_fixing({board_mask, r.dead_mask});
+  return r;
+}
+
+}  // namespace
+
+EquityResult compute_holdem_equity(const EquityRequest& request) {
+  const Prepared r = prepare(request);
+  const std::vector<HoldemPlayer>& players = r.players;
   const int n = static_cast<int>(players.size());
   const int missing = 5 - static_cast<int>(request.board.size());
-  if (2 * n + std::popcount(board_and_dead) + missing > game.cards())
-    throw Error(std::to_string(n) + " players need more cards than the deck holds");
-  if (!dealable(players)) throw Error("no deal is possible: the players' hands always share a card");
-
   const RunControl control = run_control(request);
   // The work of an exact count: the tuples, their classes (about the tuples over the symmetries) and
   // the board patterns of each.
-  const double tuples = tuple_bound(players);
-  const std::vector<SuitPermutation> symmetries = suit_permutations_fixing({board_mask, dead_mask});
-  const double classes = std::max(1.0, tuples / static_cast<double>(symmetries.size()));
+  const double classes = std::max(1.0, r.tuples / static_cast<double>(r.symmetries.size()));
   const double seconds =
-      tuples * kSecondsPerTuple + classes * (kSecondsPerClass + board_pattern_work(missing, n) * kSecondsPerLookup);
+      r.tuples * kSecondsPerTuple + classes * (kSecondsPerClass + board_pattern_work(missing, n) * kSecondsPerLookup);
   const bool large = seconds > kAutoExactSeconds;
 
   // The pre-flop table answers only Auto requests (it holds equities, not wins and ties), and only
@@ -141,12 +208,84 @@ EquityResult compute_holdem_equity(const EquityRequest& request) {
       return result;
     }
   }
-  if (request.method == EquityMethod::Exact && tuples > kMaxExactTuples)
-    throw Error("too many hand combinations to count exactly (" + std::to_string(static_cast<int64_t>(tuples)) +
+  if (request.method == EquityMethod::Exact && r.tuples > kMaxExactTuples)
+    throw Error("too many hand combinations to count exactly (" + std::to_string(static_cast<int64_t>(r.tuples)) +
                 "); sample them with Monte Carlo");
   const bool count = request.method == EquityMethod::Exact || (request.method == EquityMethod::Auto && !large);
-  return count ? exact(game, players, request, symmetries, dead_mask, control)
-               : monte_carlo(game, players, request, known, control);
+  return count ? exact(r.game, players, request, r.symmetries, r.dead_mask, control)
+               : monte_carlo(r.game, players, request, r.known, control);
+}
+
+RangeBreakdown holdem_breakdown(const EquityRequest& request, int focus) {
+  if (request.method == EquityMethod::MonteCarlo)
+    throw Error("equity by hand class is counted exactly: the method must be auto or exact");
+  const Prepared r = prepare(request);
+  const int n = static_cast<int>(r.players.size());
+  if (focus < 0 || focus >= n)
+    throw Error("player " + std::to_string(focus + 1) + " is not in the request (" + std::to_string(n) + " players)");
+  if (r.tuples > kMaxExactTuples)
+    throw Error("too many hand combinations to break down exactly (" + std::to_string(static_cast<int64_t>(r.tuples)) +
+                ")");
+  std::vector<TupleMember> members;
+  const std::vector<TupleClass> classes = tuple_classes(r.players, r.symmetries, &members, focus);
+
+  // Each class's deals from the focus player's side: won alone, split, the pot share times 2520 (a
+  // multiple of every split 1..10, so the share is an integer) and all deals. Units write their own
+  // entries.
+  struct Focus {
+    int64_t win = 0, tie = 0, share = 0, deals = 0;
+  };
+  struct NoCounts {
+    void add(const NoCounts&) {}
+  };
+  std::vector<Focus> focus_counts(classes.size());
+  const HoldemDeal deal = deal_of(r.game, request.board, r.dead_mask, n);
+  run_exact_units(static_cast<int>(classes.size()), NoCounts{}, run_control(request), [&](int u, NoCounts&) {
+    const TupleClass& c = classes[static_cast<size_t>(u)];
+    HoldemDeal d = deal;
+    for (int p = 0; p < n; ++p) d.holes[p] = c.hole(p);
+    OutcomeCounts one(n);
+    count_deal_boards(r.game.ranking, d, one, 1);
+    Focus& f = focus_counts[static_cast<size_t>(u)];
+    for (uint32_t mask = 0; mask < one.deals.size(); ++mask) {
+      f.deals += one.deals[mask];
+      if (!(mask >> focus & 1)) continue;
+      (std::popcount(mask) == 1 ? f.win : f.tie) += one.deals[mask];
+      f.share += one.deals[mask] * (2520 / std::popcount(mask));
+    }
+  });
+
+  // Every tuple adds its class's deals to the combination the focus player holds in it, with its
+  // weight; in tuple order, so the sums do not depend on the threads.
+  const std::vector<Combo>& combos = r.players[static_cast<size_t>(focus)].combos;
+  struct Sums {
+    double weight = 0, win = 0, tie = 0, share = 0, deals = 0;
+  };
+  std::vector<Sums> sums(combos.size());
+  for (const TupleMember& m : members) {
+    const Focus& f = focus_counts[m.tuple_class];
+    Sums& s = sums[m.combo];
+    s.weight += m.weight;
+    s.win += m.weight * static_cast<double>(f.win);
+    s.tie += m.weight * static_cast<double>(f.tie);
+    s.share += m.weight * static_cast<double>(f.share) / 2520;
+    s.deals += m.weight * static_cast<double>(f.deals);
+  }
+  RangeBreakdown out;
+  out.player = focus;
+  double share = 0, deals = 0;
+  for (size_t k = 0; k < combos.size(); ++k) {
+    const Sums& s = sums[k];
+    if (s.deals == 0) continue;  // never dealt with the others' hands
+    auto [a, b] = combos[k].cards;
+    if (a < b) std::swap(a, b);
+    out.combos.push_back({a, b, combos[k].weight * 100, s.share / s.deals, s.win / s.deals, s.tie / s.deals});
+    out.deal_weight.push_back(s.weight);
+    share += s.share;
+    deals += s.deals;
+  }
+  out.equity = deals > 0 ? share / deals : 0;
+  return out;
 }
 
 }  // namespace pokermath::detail

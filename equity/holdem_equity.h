@@ -9,6 +9,7 @@
 #include "equity/engine.h"
 #include "equity/holdem_players.h"
 #include "eval/hand_key.h"
+#include "pokermath/analysis.h"
 
 namespace pokermath::detail {
 
@@ -25,5 +26,9 @@ HoldemGame holdem_game(EquityGame game);
 OutcomeCounts count_holdem_outcomes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
                                     const std::vector<int>& board, const std::vector<int>& dead,
                                     const RunControl& control);
+
+// The breakdown of player `focus`'s equity by the hands it holds, counted exactly (the classes of
+// the result are left for the caller to fill).
+RangeBreakdown holdem_breakdown(const EquityRequest& request, int focus);
 
 }  // namespace pokermath::detail

@@ -37,13 +37,13 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
   for (size_t i = 0; i < n; ++i) {
     HoldemPlayer& p = players[i];
     if (p.fixed) continue;
-    Spec range;
+    WeightedRange range;
     if (is_random(p.text)) {
-      range.MakeRandom();
+      range = WeightedRange(parse_range("random"));
       p.random = true;
     } else {
       try {
-        range = parse_range(p.text);
+        range = parse_weighted_range(p.text);
       } catch (const Error& e) {
         bool cards = true;  // a list of cards that is no range: say what a hand is
         try {
@@ -55,23 +55,29 @@ std::vector<HoldemPlayer> read_holdem_players(const EquityRequest& request, uint
         throw Error(ordinal(i) + ": " + e.what());
       }
     }
+    const std::vector<WeightedCombo> combos = range.combos();
     // Outside the full deck, a range naming a card the deck lacks (below six in the short deck) is
     // a mistake, not a filter; "random" is any hand of the deck.
     if (!p.random)
-      for (const auto& [a, b] : range.m_hands)
-        if (const uint64_t outside = (uint64_t{1} << a | uint64_t{1} << b) & ~deck)
+      for (const WeightedCombo& c : combos)
+        if (const uint64_t outside = (uint64_t{1} << c.card1 | uint64_t{1} << c.card2) & ~deck)
           throw Error(ordinal(i) + ": the range '" + p.text + "' holds '" + card_to_string(std::countr_zero(outside)) +
                       "', which is not in the short deck (six to ace)");
-    std::set<std::pair<int, int>> seen;
-    for (const auto& [a, b] : range.m_hands) {
-      const uint64_t mask = uint64_t{1} << a | uint64_t{1} << b;
+    for (const WeightedCombo& c : combos) {
+      const uint64_t mask = uint64_t{1} << c.card1 | uint64_t{1} << c.card2;
       if ((known & mask) || (deck & mask) != mask) continue;
-      if (seen.insert({std::min(a, b), std::max(a, b)}).second) p.combos.push_back({{a, b}, mask});
+      p.combos.push_back({{c.card1, c.card2}, mask, c.weight / 100});
     }
     if (p.combos.empty())
       throw Error(ordinal(i) + ": the range '" + p.text + "' has no hand left once the known cards are removed");
+    p.weighted = std::any_of(p.combos.begin(), p.combos.end(),
+                             [&](const Combo& c) { return c.weight != p.combos.front().weight; });
   }
   return players;
+}
+
+bool any_weighted(const std::vector<HoldemPlayer>& players) {
+  return std::any_of(players.begin(), players.end(), [](const HoldemPlayer& p) { return p.weighted; });
 }
 
 bool dealable(const std::vector<HoldemPlayer>& players) {
@@ -112,17 +118,22 @@ struct KeyHash {
 }  // namespace
 
 std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
-                                      const std::vector<SuitPermutation>& perms) {
+                                      const std::vector<SuitPermutation>& perms, std::vector<TupleMember>* members,
+                                      int focus) {
   const size_t n = players.size();
   std::vector<TupleClass> classes;
   if (tuple_bound(players) == 1) {  // given hands only: one tuple
-    classes.push_back({{}, 1});
+    double weight = 1;
+    for (const HoldemPlayer& p : players) weight *= p.combos[0].weight;
+    classes.push_back({{}, 1, weight});
     for (size_t p = 0; p < n; ++p)
       for (int i = 0; i < 2; ++i) classes[0].holes[p][i] = static_cast<uint8_t>(players[p].combos[0].cards[i]);
+    if (members) members->push_back({0, 0, weight});
     return classes;
   }
   std::unordered_map<Key, size_t, KeyHash> index;
   std::array<std::array<uint8_t, 2>, kMaxPlayers> holes{};
+  std::array<uint16_t, kMaxPlayers> chosen{};
   // The class key: the smallest, over the permutations, of the tuple's hands (each sorted) packed
   // twelve bits a hand, the first player lowest.
   auto key_of = [&] {
@@ -138,24 +149,31 @@ std::vector<TupleClass> tuple_classes(const std::vector<HoldemPlayer>& players,
     return best;
   };
   const bool symmetric = perms.size() > 1;  // else every tuple is a class of its own
-  auto level = [&](auto& self, size_t i, uint64_t used) -> void {
+  auto level = [&](auto& self, size_t i, uint64_t used, double weight) -> void {
     if (i == n) {
+      size_t c = classes.size();
       if (!symmetric) {
-        classes.push_back({holes, 1});
-        return;
+        classes.push_back({holes, 1, weight});
+      } else {
+        const auto [it, added] = index.emplace(key_of(), classes.size());
+        if (added) classes.push_back({holes, 0, 0});
+        c = it->second;
+        ++classes[c].tuples;
+        classes[c].weight += weight;
       }
-      const auto [it, added] = index.emplace(key_of(), classes.size());
-      if (added) classes.push_back({holes, 0});
-      ++classes[it->second].tuples;
+      if (members) members->push_back({static_cast<uint32_t>(c), chosen[static_cast<size_t>(focus)], weight});
       return;
     }
-    for (const Combo& c : players[i].combos) {
+    const std::vector<Combo>& combos = players[i].combos;
+    for (size_t k = 0; k < combos.size(); ++k) {
+      const Combo& c = combos[k];
       if (used & c.mask) continue;
       holes[i] = {static_cast<uint8_t>(c.cards[0]), static_cast<uint8_t>(c.cards[1])};
-      self(self, i + 1, used | c.mask);
+      chosen[i] = static_cast<uint16_t>(k);
+      self(self, i + 1, used | c.mask, weight * c.weight);
     }
   };
-  level(level, 0, 0);
+  level(level, 0, 0, 1.0);
   return classes;
 }
 

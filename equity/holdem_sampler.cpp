@@ -38,6 +38,42 @@ inline int nth_set_bit(uint64_t word, int k) {
 
 }  // namespace
 
+const std::array<int, 2>* HoldemSampler::draw_weighted(const RangePlayer& range, const ComboSet& taken, Rng& rng,
+                                                       double& weight) {
+  const ComboNumbers& numbers = combo_numbers();
+  // The weight the earlier players' cards took away: the range's hands that hold one of them.
+  double lost = 0;
+  for (int w = 0; w < kComboWords; ++w)
+    for (uint64_t bits = range.set[w] & taken[w]; bits; bits &= bits - 1)
+      lost += range.weight_of[static_cast<size_t>(w * 64 + std::countr_zero(bits))];
+  const double left = range.total - lost;
+  if (!(left > range.total * 1e-12)) {
+    weight = 0;
+    return nullptr;
+  }
+  weight *= left;
+  if (left >= 0.25 * range.total) {
+    // Most of the weight is left: draw from the whole range until a hand is free (on average at
+    // most four draws).
+    for (;;) {
+      const Combo& c = range.hands[range.draw.draw(rng)];
+      const int i = numbers.number[c.cards[0]][c.cards[1]];
+      if (!(taken[i / 64] >> (i % 64) & 1)) return &c.cards;
+    }
+  }
+  // Little is left: walk the free hands to the drawn point of their weight.
+  double point = static_cast<double>(rng.next() >> 11) * 0x1.0p-53 * left;
+  const std::array<int, 2>* last = nullptr;
+  for (int w = 0; w < kComboWords; ++w)
+    for (uint64_t bits = range.set[w] & ~taken[w]; bits; bits &= bits - 1) {
+      const size_t i = static_cast<size_t>(w * 64 + std::countr_zero(bits));
+      last = &numbers.cards[i];
+      point -= range.weight_of[i];
+      if (point < 0) return last;
+    }
+  return last;  // rounding left the point at the very end
+}
+
 HoldemSampler::HoldemSampler(const std::vector<HoldemPlayer>& players, const std::vector<int>& board, uint64_t known,
                              uint64_t deck)
     : m_players(static_cast<int>(players.size())), m_missing(5 - static_cast<int>(board.size())) {
@@ -51,13 +87,23 @@ HoldemSampler::HoldemSampler(const std::vector<HoldemPlayer>& players, const std
     } else if (player.random) {
       m_random.push_back(p);
     } else {
-      RangePlayer range{p, {}, {}};
-      if (m_ranges.empty()) {
-        range.hands = player.combos;
-      } else {
+      RangePlayer range;
+      range.player = p;
+      range.hands = player.combos;
+      range.set = {};
+      range.weighted = player.weighted;
+      std::vector<double> weights;
+      for (const Combo& c : player.combos) {
+        weights.push_back(c.weight);
+        range.total += c.weight;
+      }
+      if (range.weighted) range.draw = WeightedIndex(weights);
+      if (!m_ranges.empty()) {
+        if (range.weighted) range.weight_of.assign(1326, 0);
         for (const Combo& c : player.combos) {
           const int i = numbers.number[c.cards[0]][c.cards[1]];
           range.set[i / 64] |= uint64_t{1} << (i % 64);
+          if (range.weighted) range.weight_of[static_cast<size_t>(i)] = c.weight;
         }
       }
       m_ranges.push_back(std::move(range));
@@ -86,8 +132,12 @@ template <Ranking R>
       const RangePlayer& range = m_ranges[k];
       const std::array<int, 2>* cards;
       if (k == 0) {
-        cards = &range.hands[rng.below(static_cast<uint32_t>(range.hands.size()))].cards;
+        const uint32_t n = static_cast<uint32_t>(range.hands.size());
+        cards = &range.hands[range.weighted ? range.draw.draw(rng) : rng.below(n)].cards;
         taken.fill(0);
+      } else if (range.weighted) {
+        cards = draw_weighted(range, taken, rng, weight);
+        if (!cards) break;
       } else {
         ComboSet left;
         int count = 0;

@@ -1,12 +1,14 @@
 // Monte Carlo deals of a Hold'em request: each trial deals every player's hand and the rest of the
 // board and counts who wins.
 //
-// A deal must be uniform over the tuples of hands that share no card. Given hands are fixed; the
-// first player with a range draws uniformly from it; a later player with a range draws uniformly
-// from the hands of its range that the earlier ones left, and the trial is weighted by how many
-// there were (the weights undo the unequal chances, so heavily overlapping ranges cost no
-// rejections; with one range, or ranges that never collide, every weight is equal). Random hands
-// and the board come from the unseen cards.
+// A deal must come with probability proportional to the product of its hands' weights over the
+// tuples of hands that share no card (uniform when no range is weighted). Given hands are fixed;
+// the first player with a range draws from it in proportion to the weights; a later player with a
+// range draws from the hands of its range that the earlier ones left, in proportion to their
+// weights, and the trial is weighted by the total weight there was (the trial weights undo the
+// unequal chances, so heavily overlapping ranges cost no rejections; with one range, or ranges that
+// never collide, every trial weight is equal). Random hands and the board come from the unseen
+// cards.
 #pragma once
 
 #include <array>
@@ -33,12 +35,22 @@ class HoldemSampler {
 
   struct RangePlayer {
     int player;
-    std::vector<Combo> hands;  // the first range: its hands
+    std::vector<Combo> hands;  // its hands
     ComboSet set;              // later ranges: their hands as bits
+    bool weighted = false;     // the hands' weights differ
+    WeightedIndex draw;        // weighted ranges: draws an index of `hands` by weight
+    std::vector<double> weight_of;  // later weighted ranges: the weight of each combination number
+    double total = 0;               // the sum of the weights
   };
 
   template <Ranking R>
   void run_trials(int64_t trials, Rng& rng, SampledOutcomes& out) const;
+
+  // A later weighted range's hand, drawn in proportion to the weights of the hands the earlier
+  // players left (`taken` marks the others); multiplies `weight` by their total weight. Null (and
+  // weight 0) when none is left.
+  static const std::array<int, 2>* draw_weighted(const RangePlayer& range, const ComboSet& taken, Rng& rng,
+                                                 double& weight);
 
  private:
   int m_players = 0;

@@ -30,51 +30,6 @@ struct Holding {
   uint32_t low_ranks = 0;  // its low-rank set (low_sets.h)
 };
 
-// Draws an index 0..n-1 with probability proportional to its weight in constant time (Walker's alias
-// method, built by Vose's algorithm): a uniform index i is kept with probability keep[i], else
-// replaced by alias[i]. Equal weights skip the second draw.
-class WeightedIndex {
- public:
-  WeightedIndex() = default;
-  explicit WeightedIndex(const std::vector<double>& weights) : m_n(static_cast<uint32_t>(weights.size())) {
-    m_equal = std::adjacent_find(weights.begin(), weights.end(), std::not_equal_to<>()) == weights.end();
-    if (m_equal || m_n == 0) return;
-    const double total = std::accumulate(weights.begin(), weights.end(), 0.0);
-    std::vector<double> scaled(weights.size());
-    std::vector<uint32_t> small, large;
-    for (uint32_t i = 0; i < m_n; ++i) {
-      scaled[i] = weights[i] * m_n / total;
-      (scaled[i] < 1 ? small : large).push_back(i);
-    }
-    m_keep.assign(m_n, 1.0);
-    m_alias.resize(m_n);
-    for (uint32_t i = 0; i < m_n; ++i) m_alias[i] = i;
-    while (!small.empty() && !large.empty()) {
-      const uint32_t s = small.back(), l = large.back();
-      small.pop_back();
-      m_keep[s] = scaled[s];
-      m_alias[s] = l;
-      scaled[l] -= 1 - scaled[s];
-      if (scaled[l] < 1) {
-        large.pop_back();
-        small.push_back(l);
-      }
-    }
-  }
-  uint32_t draw(Rng& rng) const {
-    const uint32_t i = rng.below(m_n);
-    if (m_equal) return i;
-    const double u = static_cast<double>(rng.next() >> 11) * 0x1.0p-53;
-    return u < m_keep[i] ? i : m_alias[i];
-  }
-
- private:
-  uint32_t m_n = 0;
-  bool m_equal = true;
-  std::vector<double> m_keep;
-  std::vector<uint32_t> m_alias;
-};
-
 // One Omaha player: random (every holding of the cards left, equally likely), or the live holdings
 // of a fixed holding or a range, with the weighted draw the sampler uses.
 struct OmahaPlayer {

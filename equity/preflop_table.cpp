@@ -159,7 +159,7 @@ bool preflop_table_shares(const std::filesystem::path& dir, const std::vector<Ho
                           const TableProgress& notice, std::vector<PlayerShares>& shares, double& deals) {
   const std::shared_ptr<const PreflopIndex> index = preflop_index(dir, notice);
   if (!index) return false;
-  double hero = 0;
+  double hero = 0, weights = 0;  // each matchup weighs the product of its hands' weights
   deals = 0;
   for (const Combo& h : players[0].combos) {
     const uint32_t* row = index->values.data() + static_cast<size_t>(hand_index(h.cards)) * kHands;
@@ -167,13 +167,15 @@ bool preflop_table_shares(const std::filesystem::path& dir, const std::vector<Ho
       if (h.mask & v.mask) continue;
       const uint32_t value = row[hand_index(v.cards)];
       if (value == 0) return false;
-      hero += value * 0.5;
+      const double weight = h.weight * v.weight;
+      hero += value * 0.5 * weight;
+      weights += static_cast<double>(kRiverBoards) * weight;
       deals += static_cast<double>(kRiverBoards);
     }
   }
   const double nan = std::numeric_limits<double>::quiet_NaN();
   shares.assign(2, PlayerShares{nan, nan, 0, 0});
-  shares[0].equity = hero / deals;
+  shares[0].equity = hero / weights;
   shares[1].equity = 1 - shares[0].equity;
   return true;
 }

@@ -1,7 +1,8 @@
 // Range text in both notations, range files and Omaha ranges. The input is read as a range
-// expression in the players' and in the printed notation, as a Hold'em and a short-deck range file,
-// and as a four-card Omaha range; whatever is accepted must print and read back to the same
-// combinations (holdings and weights), and the classic file reader must agree with the checked one.
+// expression in the players' notation (with and without weights) and in the printed notation, as a
+// Hold'em and a short-deck range file, and as a four-card Omaha range; whatever is accepted must
+// print and read back to the same combinations (holdings and weights), and the classic file reader
+// must agree with the checked one.
 #include <bitset>
 
 #include "fuzz_input.h"
@@ -41,6 +42,17 @@ void players_notation(std::string_view text) {
   expect(static_cast<size_t>(range_combos(range)) == combos(range).count(), "range_combos");
   check_printed_string(range);
   (void)range_to_string(range, true);
+}
+
+// A weighted range prints to text that reads back to the same weights.
+void weighted_notation(std::string_view text) {
+  WeightedRange range;
+  try {
+    range = parse_weighted_range(text);
+  } catch (const Error&) {
+    return;
+  }
+  expect(parse_weighted_range(range.text()) == range, "WeightedRange::text does not read back: " + range.text());
 }
 
 void printed_notation(std::string_view text) {
@@ -112,6 +124,7 @@ extern "C" int LLVMFuzzerInitialize(int*, char***) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const std::string_view text(reinterpret_cast<const char*>(data), size);
   players_notation(text);
+  weighted_notation(text);
   printed_notation(text);
   omaha_range(text);
   const std::string path = fuzz::write_scratch("range.txt", text).string();

@@ -96,9 +96,29 @@ int file_token_cell(const CString& line, const std::string& where) {
   return detail::class_cell(std::max(r1, r2), std::min(r1, r2), kind);
 }
 
+// The weight of a hand line: "@N" (0 < N <= 100) as the first word after the class token, else 100
+// (the rest of a line is a comment). Throws Error starting with `where` for a bad number.
+double line_weight(const CString& line, size_t token_length, const std::string& where) {
+  size_t i = token_length;
+  while (i < line.size() && std::iswspace(static_cast<wint_t>(line[i]))) ++i;
+  if (i == line.size() || line[i] != L'@') return 100;
+  size_t end = i + 1;
+  while (end < line.size() && !std::iswspace(static_cast<wint_t>(line[end]))) ++end;
+  const std::string number = narrow(line.substr(i + 1, end - i - 1));
+  const bool plain = !number.empty() && number.find_first_not_of("0123456789.") == std::string::npos &&
+                     std::count(number.begin(), number.end(), '.') <= 1 && number != ".";
+  const double weight = plain ? std::strtod(number.c_str(), nullptr) : 0;
+  if (!(weight > 0 && weight <= 100))
+    throw Error(where + "the weight after '@' must be a number with 0 < N <= 100, got '" + number + "'");
+  return weight;
+}
+
 // Checks every hand line of a range file: valid tokens, each class once, classes of the game, the
-// right combination total. Throws Error naming the file and the line.
-void check_range_file(const std::string& path, const std::vector<CString>& lines, RangeGame game) {
+// right combination total, weights. Throws Error naming the file and the line. Fills `weights`
+// (per class cell, 100 unless the line gives one) when it is not null.
+void check_range_file(const std::string& path, const std::vector<CString>& lines, RangeGame game,
+                      std::array<double, kClasses>* weights = nullptr) {
+  if (weights) weights->fill(100);
   const bool short_deck = game == RangeGame::ShortDeck;
   const int classes = short_deck ? kShortDeckClasses : kHoldemClasses;
   const int combos = short_deck ? kShortDeckCombos : kHoldemCombos;
@@ -118,6 +138,8 @@ void check_range_file(const std::string& path, const std::vector<CString>& lines
       throw Error(where + "class " + in_quotes(narrow(line)) + " is listed twice (first on line " +
                   std::to_string(line_of_cell[cell]) + ")");
     line_of_cell[cell] = static_cast<int>(i) + 1;
+    const double weight = line_weight(line, line.size() >= 4 && line[0] == L'(' ? 4 : 2, where);
+    if (weights) (*weights)[static_cast<size_t>(cell)] = weight;
     ++listed;
     total += detail::class_combos(cell);
   }
@@ -198,6 +220,11 @@ TableRange table_range(RangeTable table, double percent) {
 }
 
 Spec read_range_file(const std::string& path, RangeGame game) {
+  std::array<double, 169> weights{};
+  return read_range_file(path, game, weights);
+}
+
+Spec read_range_file(const std::string& path, RangeGame game, std::array<double, 169>& weights) {
   const CString wide = widen(path);
   if (wide.size() < 4 || wide.substr(wide.size() - 4) != L".txt")
     throw Error("range file " + in_quotes(path) + ": the name must end in .txt");
@@ -215,7 +242,7 @@ Spec read_range_file(const std::string& path, RangeGame game) {
   };
   std::vector<CString> lines;
   if (!detail::read_lines(wide, lines)) throw cannot_read();
-  check_range_file(path, lines, game);
+  check_range_file(path, lines, game, &weights);
 
   // The lines were checked above, so the classic reader fails here only when the file has gone or
   // become unreadable since.
@@ -225,6 +252,13 @@ Spec read_range_file(const std::string& path, RangeGame game) {
   source.SetTotalHands(game == RangeGame::ShortDeck ? kShortDeckCombos : kHoldemCombos);
   if (source.ReadSpectrFromFile(0) != 1) throw cannot_read();
   return source;
+}
+
+WeightedRange range_by_percent(const Spec& source, double percent, const std::array<double, 169>& weights) {
+  WeightedRange range;
+  for (const auto& [a, b] : range_by_percent(source, percent).m_hands)
+    if (a != b) range.set_weight(a, b, weights[static_cast<size_t>(hand_class_of(a, b))]);
+  return range;
 }
 
 Spec range_by_percent(const Spec& source, double percent) {

@@ -2,6 +2,7 @@
 // Spec::MakeString read back exactly.
 #include <algorithm>
 #include <cctype>
+#include <cstdlib>
 
 #include "ranges/hand_classes.h"
 
@@ -139,11 +140,10 @@ class ItemReader {
 
 bool is_separator(char c) { return c == ',' || std::isspace(static_cast<unsigned char>(c)); }
 
-}  // namespace
-
-Spec parse_range(std::string_view text, RangeNotation notation) {
-  std::array<bool, detail::kClasses> cells{};
-  std::vector<std::pair<int, int>> combos;
+// Calls item(text, position) for each item of a range expression: runs of characters between
+// commas and blanks, numbered from 1.
+template <typename Item>
+void for_each_item(std::string_view text, Item item) {
   int position = 0;
   size_t i = 0;
   while (i < text.size()) {
@@ -153,14 +153,61 @@ Spec parse_range(std::string_view text, RangeNotation notation) {
     }
     size_t end = i;
     while (end < text.size() && !is_separator(text[end])) ++end;
-    ItemReader(text.substr(i, end - i), ++position, notation).read(cells, combos);
+    item(text.substr(i, end - i), ++position);
     i = end;
   }
+}
+
+[[noreturn]] void bad_item(std::string_view item, int position, const std::string& why) {
+  throw Error("bad range item '" + std::string(item) + "' at position " + std::to_string(position) + ": " + why);
+}
+
+// The weight of "@N" at the end of an item: a plain decimal number, 0 < N <= 100.
+double read_weight(std::string_view item, std::string_view number, int position) {
+  const std::string digits(number);
+  const bool plain = !digits.empty() && digits.find_first_not_of("0123456789.") == std::string::npos &&
+                     std::count(digits.begin(), digits.end(), '.') <= 1 && digits != ".";
+  const double weight = plain ? std::strtod(digits.c_str(), nullptr) : 0;
+  if (!plain || !(weight > 0 && weight <= 100))
+    bad_item(item, position, "the weight after '@' must be a number with 0 < N <= 100, got '" + digits + "'");
+  return weight;
+}
+
+}  // namespace
+
+Spec parse_range(std::string_view text, RangeNotation notation) {
+  std::array<bool, detail::kClasses> cells{};
+  std::vector<std::pair<int, int>> combos;
+  for_each_item(text, [&](std::string_view item, int position) {
+    if (item.find('@') != std::string_view::npos)
+      bad_item(item, position, "this range takes no weights (\"@N\" is read by weighted ranges)");
+    ItemReader(item, position, notation).read(cells, combos);
+  });
 
   Spec range;
   for (int cell = 0; cell < detail::kClasses; ++cell)
     if (cells[cell]) detail::add_class(range, cell);
   range.m_hands.insert(combos.begin(), combos.end());
+  return range;
+}
+
+WeightedRange parse_weighted_range(std::string_view text) {
+  WeightedRange range;
+  for_each_item(text, [&](std::string_view item, int position) {
+    const size_t at = item.rfind('@');
+    const double weight = at == std::string_view::npos ? 100 : read_weight(item, item.substr(at + 1), position);
+    const std::string_view body = item.substr(0, std::min(at, item.size()));
+    if (body.empty()) bad_item(item, position, "a weight needs a class or a combination before '@'");
+    std::array<bool, detail::kClasses> cells{};
+    std::vector<std::pair<int, int>> combos;
+    ItemReader(body, position, RangeNotation::Players).read(cells, combos);
+    Spec selected;
+    for (int cell = 0; cell < detail::kClasses; ++cell)
+      if (cells[cell]) detail::add_class(selected, cell);
+    selected.m_hands.insert(combos.begin(), combos.end());
+    for (const auto& [a, b] : selected.m_hands)
+      if (a != b) range.set_weight(a, b, std::max(weight, range.weight(a, b)));
+  });
   return range;
 }
 

@@ -5,8 +5,9 @@ POKERMATH_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev l
                     nlohmann-json3-dev python3-dev pybind11-dev python3-numpy)
 # What test.sh needs on top: Clang 14 with its sanitizer runtimes and LLVM's OpenMP runtime (libomp,
 # with the Archer tool that lets ThreadSanitizer see OpenMP's synchronisation).
-# And pytest for the Python package's tests.
-POKERMATH_TEST_PACKAGES=(clang-14 libclang-rt-14-dev libomp-14-dev python3-pytest)
+# And pytest for the Python package's tests, and librsvg's rsvg-convert, which renders the SVG
+# pictures in their tests.
+POKERMATH_TEST_PACKAGES=(clang-14 libclang-rt-14-dev libomp-14-dev python3-pytest librsvg2-bin)
 
 # ensure_packages [MORE PACKAGES...]: installs POKERMATH_PACKAGES and the ones named, when missing.
 ensure_packages() {

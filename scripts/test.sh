@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
 # Installs what the build needs, builds the library, CLI, tests and benchmarks, and runs every test
 # with CTest: first the Release build (GCC 12) with every label, then the unit tests under
-# AddressSanitizer and UndefinedBehaviorSanitizer, then the unit tests built with Clang 14 (warnings
-# as errors) under ThreadSanitizer, then a short run of each fuzz target. The long sweeps (labels
+# AddressSanitizer and UndefinedBehaviorSanitizer, then the threaded unit tests built with Clang 14
+# (warnings as errors) under ThreadSanitizer, then a short run of each fuzz target. The long sweeps (labels
 # exhaustive and tables) run once, in the Release build. Safe to run again; an up-to-date tree
 # rebuilds nothing.
 #   scripts/test.sh               everything
@@ -48,8 +48,9 @@ asan_ubsan_stage() {
     ctest --test-dir build/asan-ubsan -L unit -j "$jobs" --output-on-failure
 }
 
-# The library's unit tests, the concurrency test among them, under ThreadSanitizer (the preset
-# leaves out the command-line program, whose tests check its input and output, not threads). The
+# The library and the unit tests that run work on threads (label "threads": the engines, table
+# loading, concurrent writers, the concurrency test) under ThreadSanitizer; the preset leaves out the
+# command-line program and the single-threaded tests, which the two GCC stages cover. The
 # tsan preset builds with Clang and libomp, whose Archer tool tells ThreadSanitizer about OpenMP's
 # synchronisation; the test preset's TSAN_OPTIONS add ignore_noninstrumented_modules=1, which Archer
 # asks for: accesses made inside the uninstrumented OpenMP runtime itself are not reported. Our code

@@ -295,3 +295,30 @@ TEST(CliBench, SignatureOfTheStandardWorkloads) {
 }
 
 }  // namespace
+
+TEST(CliAnalysis, WeightsByClassDistributionBoardHitsAndPictures) {
+  const range_test::ScratchDir dir("pokermath_cli_analysis");
+  const std::string svg = dir.file("out.svg");
+  expect_output("range 'AA, KK@50, AKs@25' --svg " + svg,
+                {"range:        AA,KK@50,AKs@25\ncombinations: 16 of 1326 (1.21%)\nweight:       10.00 combinations'"});
+  EXPECT_NE(cli_run::slurp(svg).find("</svg>"), std::string::npos);
+  // A range file's line may weigh its class.
+  std::vector<std::string> file_lines = range_test::file_lines(range_test::all_cells());
+  file_lines[1] += " @40";  // AKs
+  expect_output("range --file " + dir.write("weighted.txt", file_lines) + " --top 1 --json",
+                {"\"weighted\": \"AA,AKs@40\"", "\"AKs\": 1.6"});
+  expect_output("equity 'QQ+,AKs@50' JJ --by-class --json",
+                {"\"by_class\": [", "\"class\": \"AA\"", "\"combos\": [", "\"deal_weight\""});
+  expect_output("equity 'QQ+,AKs' JJ --board Js7c2d --distribution",
+                {"equity distribution of player 1 (QQ+,AKs) (22 combinations):\n  equity >= 80%: "});
+  expect_output("board-hits 'QQ+,AK' Kh7c2d", {"combos:  27 (weight 27.00)", "  set                            3"});
+  expect_output("board-hits 'QQ+,AK@50' Kh7c2d --json --svg " + svg, {"\"top pair, top kicker\": {\n      \"combos\": 12"});
+  for (const auto& [args, message] : std::vector<std::pair<std::string, std::string>>{
+           {"board-hits QQ+ Kh7c2d5s4s", "the board must have 3 or 4 cards, got 5"},
+           {"range 'KK@120'", "0 < N <= 100, got '120'"},
+           {"equity AsKs QQ --svg " + svg, "give one of them"},
+           {"equity AsKs QQ --by-class --player 3", "--player 3: there are 2 players"},
+           {"equity --game omaha AsKsQhJh random --by-class", "Hold'em"},
+           {"equity AsKs QQ --by-class --svg /no/such/dir/x.svg", "cannot write the picture"}})
+    expect_bad_input(args, message);
+}

@@ -226,6 +226,9 @@ std::array<int, 169> range_class_counts(const Spec& range);
 // The name of class cell 0..168 ("AA", "AKs", "AKo"); throws Error outside 0..168.
 std::string hand_class_name(int cell);
 
+// The class cell 0..168 of two different card codes 0..51, in either order; throws Error otherwise.
+int hand_class_of(int card1, int card2);
+
 // The number of combinations of class cell 0..168: 6 for a pair, 4 suited, 12 offsuit; throws
 // Error outside 0..168.
 int hand_class_combos(int cell);
@@ -257,11 +260,77 @@ enum class RangeGame { Holdem, ShortDeck };
 // FileError (a kind of Error) when the file is missing, not a regular file or unreadable; Error,
 // naming the file and line, for a name not ending in ".txt", no line starting with "AA", a bad or
 // repeated class token, a class the game does not have, or a combination total other than the game's.
+// A hand line may give its class a weight after the token and a blank: "AK @50" (0 < N <= 100; a
+// bad number is an Error). Weights are read by the second form, which fills `weights` per class cell
+// (100 for a line without one); the classic reader reads the token and ignores the rest.
 Spec read_range_file(const std::string& path, RangeGame game = RangeGame::Holdem);
+Spec read_range_file(const std::string& path, RangeGame game, std::array<double, 169>& weights);
 
 // The strongest classes of a range file that cover `percent` (Spec::GetSpecByPercent). Throws
 // Error unless 0 <= percent <= 100 and `source` holds a percentage order.
 Spec range_by_percent(const Spec& source, double percent);
+
+// ---- weighted Hold'em ranges ----------------------------------------------------------------------
+
+// One combination of a weighted range: two card codes (the higher code first) and its weight, a
+// percentage 0 < weight <= 100 (100: always held, 50: held half as often).
+struct WeightedCombo {
+  int card1 = 0, card2 = 0;
+  double weight = 100;
+  friend bool operator==(const WeightedCombo&, const WeightedCombo&) = default;
+};
+
+// A Hold'em range whose combinations carry weights. Every pokermath:: equity engine takes one (as
+// the text of a player); a deal then counts in proportion to the product of the players' weights.
+class WeightedRange {
+ public:
+  WeightedRange() = default;
+  // Every combination of a Spec at one weight (100 by default). Throws Error for a weight outside
+  // 0 < weight <= 100.
+  explicit WeightedRange(const Spec& range, double weight = 100);
+
+  // The weight of the combination of two card codes in either order, 0 when it is not held. Throws
+  // Error for codes outside 0..51 or equal codes.
+  double weight(int card1, int card2) const;
+  // Sets a combination's weight; 0 removes it. Throws Error for bad codes or a weight outside 0..100.
+  void set_weight(int card1, int card2, double weight);
+
+  // The combinations held, ascending by (higher code, lower code).
+  std::vector<WeightedCombo> combos() const;
+  size_t size() const { return m_count; }
+  bool empty() const { return m_count == 0; }
+  // The sum of the weights / 100: how many combinations the range stands for.
+  double total_weight() const;
+  // The same per class cell 0..168 (0 .. 6, 4 or 12).
+  std::array<double, 169> class_weights() const;
+  // True when some combination has a weight below 100.
+  bool weighted() const;
+  // The combinations without their weights.
+  Spec to_spec() const;
+  // The canonical text: the combinations of each weight as range_to_string prints them, every item
+  // of a weight below 100 followed by "@N" ("QQ+,AKs,JJ@50,AQs@50"). parse_weighted_range reads it
+  // back to the same weights.
+  std::string text() const;
+
+  friend bool operator==(const WeightedRange&, const WeightedRange&) = default;
+
+ private:
+  std::array<double, 1326> m_weights{};  // by combination number (see combo_index)
+  size_t m_count = 0;
+};
+
+// The number 0..1325 of the combination of two different card codes 0..51, either order: pairs of
+// codes (a < b) in lexicographic order.
+int combo_index(int card1, int card2);
+
+// Parses a range expression in which any item may carry a weight "@N", 0 < N <= 100 ("AA, KK@50,
+// AKs@25, A5s-A2s@75"; a weight after a run applies to every class of it; items without one weigh
+// 100). A combination named by several items keeps its largest weight. Otherwise as parse_range
+// (players' notation); throws Error naming the bad item and its position.
+WeightedRange parse_weighted_range(std::string_view text);
+
+// range_by_percent with the weights of a range file's lines (read_range_file's second form).
+WeightedRange range_by_percent(const Spec& source, double percent, const std::array<double, 169>& weights);
 
 }  // namespace pokermath
 

@@ -21,6 +21,15 @@ KeyboardInterrupt. help(pokermath.equity) and the other functions' help explain 
 
 from ._pokermath import (
     __version__,
+    BoardHits,
+    EquityDistribution,
+    RangeBreakdown,
+    WeightedRange,
+    bar_chart_svg,
+    board_hits,
+    classify_on_board,
+    equity_by_class,
+    range_grid_svg,
     EquityResult,
     Evaluation,
     HistoryLines,

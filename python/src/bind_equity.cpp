@@ -39,10 +39,10 @@ T integer_argument(py::handle value, const char* name, T low, T high) {
   return number.cast<T>();
 }
 
-EquityResult equity(py::handle players, py::handle board, py::handle dead, const std::string& game,
-                    const std::string& method, py::handle trials, py::handle seed, std::optional<double> time_limit,
-                    double target_std_error, py::handle threads, std::optional<std::filesystem::path> data_dir,
-                    py::object progress, py::object table_progress_callback) {
+}  // namespace
+
+EquityRequest equity_request(py::handle players, py::handle board, py::handle dead, const std::string& game,
+                             py::handle threads) {
   EquityRequest request;
   request.game = equity_game_from_name(game);
   if (!py::isinstance<py::sequence>(players) || py::isinstance<py::str>(players))
@@ -51,6 +51,17 @@ EquityResult equity(py::handle players, py::handle board, py::handle dead, const
   for (py::handle player : players) request.players.push_back(player_text(player, index++));
   request.board = to_optional_cards(board, "board");
   request.dead = to_optional_cards(dead, "dead");
+  request.threads = integer_argument<int>(threads, "threads", INT_MIN, INT_MAX);
+  return request;
+}
+
+namespace {
+
+EquityResult equity(py::handle players, py::handle board, py::handle dead, const std::string& game,
+                    const std::string& method, py::handle trials, py::handle seed, std::optional<double> time_limit,
+                    double target_std_error, py::handle threads, std::optional<std::filesystem::path> data_dir,
+                    py::object progress, py::object table_progress_callback) {
+  EquityRequest request = equity_request(players, board, dead, game, threads);
   request.method = method_from_name(method);
   // A target standard error asks for sampling, as on the command line.
   if (request.method == EquityMethod::Auto && target_std_error > 0) request.method = EquityMethod::MonteCarlo;
@@ -61,25 +72,13 @@ EquityResult equity(py::handle players, py::handle board, py::handle dead, const
     request.time_ms = static_cast<int>(std::ceil(*time_limit * 1000));
   }
   request.target_std_error = target_std_error;
-  request.threads = integer_argument<int>(threads, "threads", INT_MIN, INT_MAX);
   if (data_dir) request.data_dir = *data_dir;
   request.progress = table_progress(std::move(table_progress_callback));
 
   Interruption interruption(std::move(progress));
   request.on_progress = interruption.work_progress();
   request.stop = interruption.stop_token();
-  EquityResult result;
-  bool cancelled = false;
-  {
-    py::gil_scoped_release unlocked;
-    try {
-      result = compute_equity(request);
-    } catch (const Cancelled&) {
-      cancelled = true;
-    }
-  }
-  if (cancelled) interruption.rethrow();
-  return result;
+  return run_unlocked(interruption, [&] { return compute_equity(request); });
 }
 
 std::string percent(double share) {

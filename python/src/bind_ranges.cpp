@@ -100,6 +100,7 @@ std::string matrix_html(const Range& r) {
 struct RangeFile {
   std::string path;
   Spec source;
+  std::array<double, 169> weights{};  // the lines' weights per class ("AK @50"), 100 by default
 };
 
 }  // namespace
@@ -195,7 +196,9 @@ void bind_ranges(py::module_& m) {
              if (game != "holdem" && game != "shortdeck")
                throw Error("unknown game '" + game + "': use holdem or shortdeck");
              const RangeGame range_game = game == "holdem" ? RangeGame::Holdem : RangeGame::ShortDeck;
-             return RangeFile{path.string(), read_range_file(path.string(), range_game)};
+             RangeFile file{path.string(), {}, {}};
+             file.source = read_range_file(path.string(), range_game, file.weights);
+             return file;
            }),
            py::arg("path"), py::kw_only(), py::arg("game") = "holdem",
            "Reads a range file (its name ends in .txt). Raises OSError when it cannot be read and\n"
@@ -204,6 +207,11 @@ void bind_ranges(py::module_& m) {
       .def(
           "top", [](const RangeFile& f, double percent) { return Range{range_by_percent(f.source, percent)}; },
           py::arg("percent"), "The strongest classes of the file that cover `percent` per cent.")
+      .def(
+          "top_weighted",
+          [](const RangeFile& f, double percent) { return range_by_percent(f.source, percent, f.weights); },
+          py::arg("percent"),
+          "The same as a WeightedRange, each class at the weight its line gives (\"AK @50\"; 100 without one).")
       .def("__repr__", [](const RangeFile& f) { return "RangeFile('" + f.path + "')"; });
 
   m.def("hand_class_name", &hand_class_name, py::arg("cell"),

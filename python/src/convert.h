@@ -60,6 +60,29 @@ class Interruption {
   std::chrono::steady_clock::time_point m_last_check = std::chrono::steady_clock::now();
 };
 
+// Runs work() without the interpreter lock under `interruption`: a Cancelled from the work (Ctrl-C,
+// an exception in the progress callback) is raised in Python as the interruption says.
+template <typename Work>
+auto run_unlocked(Interruption& interruption, Work work) -> decltype(work()) {
+  decltype(work()) result;
+  bool cancelled = false;
+  {
+    py::gil_scoped_release unlocked;
+    try {
+      result = work();
+    } catch (const Cancelled&) {
+      cancelled = true;
+    }
+  }
+  if (cancelled) interruption.rethrow();
+  return result;
+}
+
+// An equity request from equity()'s arguments: the players (texts or card lists), board and dead
+// cards, the game's name and the threads. Throws Error for bad ones.
+EquityRequest equity_request(py::handle players, py::handle board, py::handle dead, const std::string& game,
+                             py::handle threads);
+
 // Shared parsing of game and rule names.
 ShortDeckRules short_deck_rules(const std::string& game);
 
@@ -71,5 +94,6 @@ void bind_ranges(py::module_& m);
 void bind_omaha(py::module_& m);
 void bind_omaha_ranges(py::module_& m);
 void bind_records(py::module_& m);
+void bind_analysis(py::module_& m);
 
 }  // namespace pokermath::python

@@ -173,4 +173,5 @@ PYBIND11_MODULE(_pokermath, m) {
   bind_omaha(m);
   bind_omaha_ranges(m);
   bind_records(m);
+  bind_analysis(m);
 }
