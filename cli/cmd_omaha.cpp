@@ -135,7 +135,7 @@ void run_nuts(const OmahaOptions& o) {
 }  // namespace
 
 void add_omaha_command(CLI::App& app) {
-  CLI::App* omaha = app.add_subcommand("omaha", "Omaha hands: best hand, outs, nuts, Hutchison points");
+  CLI::App* omaha = app.add_subcommand("omaha", "Omaha hands: best hand, outs, nuts, Hutchison points, exact pre-flop equities");
   omaha->require_subcommand(1);
   omaha->footer(
       "An Omaha hand plays exactly two hole cards and exactly three board cards; 4, 5 and 6 hole cards\n"
@@ -144,7 +144,8 @@ void add_omaha_command(CLI::App& app) {
       "  pokermath omaha best AsKs7d2c QsJsTs3h2d\n"
       "  pokermath omaha outs AhKh9c8c Qh7h2d\n"
       "  pokermath omaha nuts Qh7h2d5s\n"
-      "  pokermath omaha hutchison AsAhKsKh --hilo");
+      "  pokermath omaha hutchison AsAhKsKh --hilo\n"
+      "  pokermath omaha preflop --ranks TJQKA");
 
   auto best = std::make_shared<OmahaOptions>();
   CLI::App* best_cmd = omaha->add_subcommand("best", "The best high hand: the two hole and three board cards used");
@@ -182,6 +183,7 @@ void add_omaha_command(CLI::App& app) {
   nuts_cmd->callback([nuts] { run_nuts(*nuts); });
 
   add_omaha_hutchison_command(*omaha);
+  add_omaha_preflop_command(*omaha);
 }
 
 }  // namespace pokermath::cli

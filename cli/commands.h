@@ -18,5 +18,7 @@ void add_bench_command(CLI::App& app);
 void add_board_hits_command(CLI::App& app);
 // Adds `hutchison HAND [--hilo] [--json]` to the `omaha` command.
 void add_omaha_hutchison_command(CLI::App& omaha);
+// Adds `preflop [--game G] [--ranks R] [--top N] [--json]` to the `omaha` command.
+void add_omaha_preflop_command(CLI::App& omaha);
 
 }  // namespace pokermath::cli

@@ -82,14 +82,14 @@ TEST(WeightedRange, ParsesWeightsKeepsTheLargestAndPrintsTextThatReadsBack) {
   EXPECT_EQ(r.to_spec().m_hands, parse_range("AA,KK,QQ,AKs,A5s-A2s").m_hands);
   EXPECT_FALSE(WeightedRange(parse_range("22+")).weighted());
 
-  for (const auto& [text, message] : std::vector<std::pair<std::string, std::string>>{
+  for (const auto& [bad, message] : std::vector<std::pair<std::string, std::string>>{
            {"KK@0", "0 < N <= 100, got '0'"},
            {"KK@101", "got '101'"},
            {"KK@", "got ''"},
            {"KK@1e2", "got '1e2'"},
            {"@50", "needs a class"},
            {"AA,KX@50", "bad range item 'KX' at position 2"}})
-    EXPECT_NE(error_of([&] { parse_weighted_range(text); }).find(message), std::string::npos) << text;
+    EXPECT_NE(error_of([text = bad] { parse_weighted_range(text); }).find(message), std::string::npos) << bad;
   EXPECT_NE(error_of([] { parse_range("KK@50"); }).find("takes no weights"), std::string::npos);
 }
 

@@ -228,6 +228,10 @@ TEST(Cli, OmahaRangesShowHoldingsTypesAndEquity) {
   expect_output("equity --game omaha AsKsQhJh '9c9d**@50, 8h7h**' --board Ts6h2c", {"method:  exact"});
   expect_output("equity --game omaha6-hilo AsKsQhJhTc9c 'random' --monte-carlo --trials 4000 --json",
                 {"\"game\": \"omaha6-hilo\"", "\"scoop\""});
+  expect_output("omaha preflop --ranks TJQKA --top 3",
+                {"classes:  330 (4845 holdings), exact", "   1  AcAdKhKs                6   73.20%\n"});
+  expect_bad_input("omaha preflop --ranks TJQ", "a deck of 12 cards cannot deal two holdings of 4 and a board");
+  expect_bad_input("omaha preflop --ranks TJX", "rank letters are");
 }
 
 TEST(Cli, RangeTopReadsTheBuiltInTables) {

@@ -74,6 +74,7 @@ std::vector<EquityRequest> equity_requests(const std::filesystem::path& empty_di
           request(Holdem, {"AhKh", "random"}, "Qh7h2c9d", Exact),
           request(Holdem, {"AsKs", "QhQd", "JcTc"}, "", Exact),
           request(Holdem, {"AsAd", "KK", "random", "random"}, "", MonteCarlo),
+          request(Holdem, {"AhKh@50,QQ", "JJ+@30,AK", "TT"}, "Qh7h2c9d", MonteCarlo),
           request(Omaha, {"AsKsQhJh", "9c9d8c7d"}, "Ts6h2c5d", Exact),
           request(Omaha6, {"AsKsQhJh9c8c", "random"}, "Ts6h2c5d", MonteCarlo),
           request(OmahaHiLo, {"As2s3hKd", "AdKc4c5h"}, "7h8d9c", Exact),
@@ -180,6 +181,16 @@ std::vector<Job> jobs(const std::filesystem::path& dir, PokerLogic& logic) {
                     out << range_combos(range_by_percent(parse_range("22+,A2+,K2+,Q2+"), 30)) << ' ';
                     out << range_to_string(read_range_file((dir / "range.txt").string())) << ' ';
                     for (int cell = 0; cell < 169; cell += 17) out << hand_class_name(cell) << ' ';
+                  }});
+  list.push_back({"range analysis", [](std::ostream& out) {
+                    EquityRequest request;
+                    request.players = {"QQ+,AKs@50,JTs", "TT+,AQ@60"};
+                    request.board = parse_cards("Js9c4h");
+                    request.threads = 2;
+                    const RangeBreakdown b = equity_by_class(request);
+                    out << b.equity << ' ' << equity_distribution(b).share_at_least(0.5) << ' ';
+                    const BoardHits hits = board_hits(parse_weighted_range("22+,A2s+,KTs+@50"), parse_cards("Ts9s3c"));
+                    for (int m = 0; m < kMadeHands; ++m) out << hits.made_combos[m] << ' ';
                   }});
   list.push_back({"records", [dir](std::ostream& out) {
                     const HistoryLines lines = read_history(dir / "history.txt");

@@ -226,6 +226,27 @@ bool generate_omaha_ranking(EquityGame game, const std::filesystem::path& dir = 
 std::shared_ptr<const OmahaRanking> omaha_ranking(EquityGame game, const std::filesystem::path& dir = {},
                                                   const TableProgress& progress = {});
 
+// ---- exact Omaha pre-flop equities ---------------------------------------------------------------
+
+// A class of Omaha holdings equal up to a permutation of suits and its exact pre-flop equity against
+// one random holding.
+struct OmahaPreflopEquity {
+  uint64_t holding_class = 0;  // omaha_suit_class of its holdings
+  uint32_t holdings = 0;       // how many holdings the class has (1 to 24)
+  double equity = 0;           // the pot share over every board and opponent holding, 0..1
+};
+
+// Computes the exact pre-flop equity of every class of holdings of an Omaha game against one random
+// holding, every five-card board and opponent holding counted once, on `threads` threads (0: every
+// core); the classes in ascending order of holding_class. `deck` (card mask) plays the game with
+// fewer cards (a deck of a few ranks answers in milliseconds; the full 4-card game takes minutes).
+// The numbers do not depend on the threads. Throws Error for a game that is not Omaha, a negative
+// thread count or a deck with too few cards for two holdings and a board; Cancelled when `stop` is
+// requested.
+std::vector<OmahaPreflopEquity> compute_omaha_preflop(EquityGame game, uint64_t deck = (uint64_t{1} << 52) - 1,
+                                                      int threads = 0, const WorkProgress& progress = {},
+                                                      std::stop_token stop = {});
+
 // parse_omaha_range for an Omaha game: its hole-card count, and its ranking (loaded as above) when
 // the text holds a share.
 OmahaRange parse_omaha_range(std::string_view text, EquityGame game, const std::filesystem::path& data_dir = {},

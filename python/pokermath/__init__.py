@@ -64,6 +64,7 @@ from ._pokermath import (
     omaha_low,
     omaha_low_value,
     omaha_nuts,
+    omaha_preflop,
     omaha_outs,
     omaha_ranking,
     parse_card,

@@ -407,6 +407,14 @@ class OmahaRange:
     def __eq__(self, other: object) -> bool: ...
 
 def omaha_hand_type(holding: _Cards) -> dict[str, str | bool]: ...
+def omaha_preflop(
+    game: _OmahaGame = "omaha",
+    *,
+    deck: _Cards | None = None,
+    threads: int = 0,
+    progress: _WorkProgress | None = None,
+) -> list[tuple[str, int, float]]:
+    """The exact pre-flop equity of every class of holdings against one random holding."""
 def omaha_ranking(
     game: _OmahaGame = "omaha", *, data_dir: _Path | None = None, progress: _TableProgress | None = None
 ) -> list[tuple[str, float]]: ...

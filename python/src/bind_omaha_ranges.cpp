@@ -143,6 +143,30 @@ void bind_omaha_ranges(py::module_& m) {
       "The pre-flop ranking of an Omaha game that shares (\"15%\") read: [(holding, equity against one\n"
       "random holding)] for one holding of every class equal up to suits, strongest first. Computed into\n"
       "data_dir on first use (a few minutes on two cores). The 6-card games have none yet (ValueError).");
+
+  m.def(
+      "omaha_preflop",
+      [](const std::string& game, py::handle cards, int threads, py::object progress) {
+        const EquityGame g = equity_game_from_name(game);
+        const uint64_t deck = cards.is_none() ? (uint64_t{1} << 52) - 1 : cards_to_mask(to_cards(cards, "deck"));
+        Interruption interruption(std::move(progress));
+        const std::vector<OmahaPreflopEquity> table = run_unlocked(interruption, [&] {
+          return compute_omaha_preflop(g, deck, threads, interruption.work_progress(), interruption.stop_token());
+        });
+        py::list out;
+        for (const OmahaPreflopEquity& e : table)
+          out.append(py::make_tuple(omaha_holding_to_string(e.holding_class), e.holdings, e.equity));
+        return out;
+      },
+      py::arg("game") = "omaha", py::kw_only(), py::arg("deck") = py::none(), py::arg("threads") = 0,
+      py::arg("progress") = py::none(),
+      "The exact pre-flop equity of every class of holdings (equal up to suits) of an Omaha game against\n"
+      "one random holding, every board and opponent counted: [(holding, holdings in the class, equity)]\n"
+      "in ascending order of the class's card mask. deck: the cards to play with (default all 52; a\n"
+      "few ranks answer in moments, the full 4-card game takes minutes). Ctrl-C stops it.\n\n"
+      ">>> t = pokermath.omaha_preflop(deck=[r + s for r in \"TJQKA\" for s in \"cdhs\"])\n"
+      ">>> max(t, key=lambda e: e[2])[0]\n"
+      "'AcAdKhKs'");
 }
 
 }  // namespace pokermath::python

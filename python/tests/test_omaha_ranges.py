@@ -1,6 +1,8 @@
 """Omaha ranges from Python: the language, hand types, set operations and range equity."""
 
+import json
 import math
+import subprocess
 
 import pytest
 
@@ -55,3 +57,13 @@ def test_range_equity_exact_and_sampled():
 def test_errors(call, message):
     with pytest.raises(ValueError, match=message):
         call()
+
+
+def test_exact_preflop_equities_match_the_command_line(cli):
+    deck = [r + s for r in "A2345" for s in "cdhs"]
+    table = pm.omaha_preflop("omaha-hilo", deck=deck)
+    assert sum(e[1] for e in table) == 4845
+    assert sum(e[1] * e[2] for e in table) / 4845 == pytest.approx(0.5, abs=1e-12)
+    out = json.loads(subprocess.run([cli, "omaha", "preflop", "--game", "omaha-hilo", "--ranks", "A2345", "--json"],
+                                    check=True, capture_output=True, text=True).stdout)
+    assert {c["class"]: c["equity"] for c in out["classes"]} == pytest.approx({e[0]: e[2] for e in table}, abs=1e-15)

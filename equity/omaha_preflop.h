@@ -1,0 +1,73 @@
+// The exact pre-flop equity of every Omaha holding against one random holding, high or Hi/Lo:
+// every five-card board once up to a permutation of suits, and on each board every holding
+// answered together.
+//
+// On a board, each holding's high value is the best of its pairs' (each pair's best with three
+// board cards, valued once per board) and its low the best eight-or-better low of its low ranks.
+// The holdings are swept in order of value; a hero's opponents below it (and equal to it) that share
+// no card with it are counted by inclusion-exclusion over the cards they share: counters of the
+// holdings swept so far that contain each set of up to h - 1 live cards give
+//   disjoint(hero) = sum over the subsets S of the hero's cards of (-1)^|S| x (holdings containing S).
+// So a board costs a few dozen counter reads and writes per holding, not one comparison per pair
+// of holdings. Hi/Lo splits the pot by both values, but a hero's pot share against an opponent
+// depends only on the high comparison, the low comparison and whether either has a low; so three
+// one-dimensional sweeps answer it: the high sweep over all opponents, the same over opponents with
+// a low, and a low sweep over opponents with a low.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace pokermath::detail {
+
+// The question: every holding of `hole` cards (4, 5 or 6) from `deck` against one random holding of
+// the rest, over every five-card board of the rest. Tests use decks of fewer ranks.
+struct PreflopProblem {
+  int hole = 4;
+  bool hi_lo = false;
+  uint64_t deck = (uint64_t{1} << 52) - 1;
+
+  int cards() const;
+  // Deals each hero holding takes part in: boards x opponent holdings.
+  double deals_per_holding() const;
+};
+
+// The holdings of the deck up to a permutation of suits.
+class HoldingClasses {
+ public:
+  explicit HoldingClasses(const PreflopProblem& problem);
+
+  // The classes' smallest masks (omaha_suit_class), ascending, and how many holdings each has.
+  const std::vector<uint64_t>& classes() const { return m_classes; }
+  const std::vector<uint32_t>& sizes() const { return m_sizes; }
+  // The class of the holding with these deck positions (ascending), by its combinatorial index.
+  uint32_t class_of(const uint8_t* positions) const;
+  // The deck position 0..cards-1 of each card code (255 outside the deck).
+  const std::vector<uint8_t>& position() const { return m_position; }
+
+ private:
+  int m_hole;
+  std::vector<uint8_t> m_position;
+  std::vector<uint64_t> m_classes;
+  std::vector<uint32_t> m_sizes;
+  std::vector<uint32_t> m_class_of;  // by combinatorial index of the holding's deck positions
+};
+
+// The five-card boards of the deck up to a permutation of suits: one board each and how many it
+// stands for, in ascending order of the board's mask.
+struct BoardClass {
+  uint64_t board;
+  uint32_t boards;
+};
+std::vector<BoardClass> preflop_board_classes(const PreflopProblem& problem);
+
+// The pot won by each holding class over the boards of classes [first, last): per class, the sum
+// over its holdings, those boards (each as many times as its class stands for) and the opponent
+// holdings sharing no card with either, of the pot share in quarters (a whole pot 4, half 2; Hi/Lo
+// splits into quarters). A class's equity is its total over all boards / (4 x its size x
+// deals_per_holding).
+std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const HoldingClasses& holdings,
+                                          const std::vector<BoardClass>& boards, size_t first, size_t last);
+
+}  // namespace pokermath::detail
