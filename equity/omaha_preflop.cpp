@@ -261,7 +261,7 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
     });
     const size_t n = holdings.size();
     // Weakest first, by a counting sort on the high value (at most 7462).
-    starts.assign(kHighValues + 1, 0);
+    starts.assign(kHighValues + 2, 0);
     for (const Holding& hold : holdings) ++starts[hold.high + 1u];
     for (size_t v = 1; v < starts.size(); ++v) starts[v] += starts[v - 1];
     order.resize(n);
