@@ -3,7 +3,11 @@
 // a range on the flop. Deals are generated before timing.
 #include <benchmark/benchmark.h>
 
+#include <unistd.h>
+
+#include <filesystem>
 #include <random>
+#include <string>
 #include <vector>
 
 #include "pokermath/pokermath.h"
@@ -153,3 +157,35 @@ void BM_omaha_holding_vs_range_flop_exact(benchmark::State& state) {
 BENCHMARK(BM_omaha_holding_vs_range_flop_exact)->Arg(1)->Arg(2)->Unit(benchmark::kMillisecond)->UseRealTime();
 
 }  // namespace
+
+// The exact pre-flop tables' throughput: one unit of one board class of the full deck at a time, on
+// one thread, units spread over the boards (their costs differ a little with the board's suits).
+// Seconds per board class times 134,459 classes is a table's core time (docs/scale-out.md).
+// Arguments: hole cards, Hi/Lo.
+void BM_omaha_preflop_board(benchmark::State& state) {
+  const int hole = static_cast<int>(state.range(0));
+  const bool hi_lo = state.range(1) != 0;
+  const std::string name = std::string("omaha") + (hole == 4 ? "" : std::to_string(hole)) + (hi_lo ? "-hilo" : "");
+  const std::filesystem::path dir =
+      std::filesystem::temp_directory_path() / ("pokermath_bench_units_" + std::to_string(::getpid()));
+  pokermath::OmahaTableOptions options;
+  options.dir = dir;
+  options.unit_boards = 1;
+  pokermath::OmahaTableRun run(pokermath::equity_game_from_name(name), options);
+  int unit = 0;
+  for (auto _ : state) {
+    unit = (unit + 7919) % run.units();
+    run.compute_unit(unit, 1, false);
+  }
+  state.counters["boards_per_s"] = benchmark::Counter(static_cast<double>(state.iterations()), benchmark::Counter::kIsRate);
+  std::filesystem::remove_all(dir);
+}
+BENCHMARK(BM_omaha_preflop_board)
+    ->Args({4, 0})
+    ->Args({4, 1})
+    ->Args({5, 0})
+    ->Args({5, 1})
+    ->Args({6, 0})
+    ->Args({6, 1})
+    ->Unit(benchmark::kMillisecond)
+    ->MinTime(2.0);

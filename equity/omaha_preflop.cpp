@@ -60,9 +60,9 @@ void for_each_combination(int n, int k, Visit visit) {
 // One holding on one board: its cards as indices among the live cards, its values and its class.
 struct Holding {
   std::array<uint8_t, kMaxHole> live;
-  uint16_t high;     // larger is stronger
-  uint8_t low;       // the best low's rank set, smaller is stronger; 0: no low
-  uint32_t klass;    // its holding class
+  uint16_t high;   // larger is stronger
+  uint8_t low;     // the best low's rank set, smaller is stronger; 0: no low
+  uint32_t klass;  // its holding class
 };
 
 // Counts of the holdings added so far that contain each set of fewer than h live cards (sets of
@@ -170,8 +170,8 @@ HoldingClasses::HoldingClasses(const PreflopProblem& problem) : m_hole(problem.h
   m_sizes.assign(m_classes.size(), 0);
   m_class_of.resize(class_masks.size());
   for (size_t i = 0; i < class_masks.size(); ++i) {
-    const auto k = static_cast<uint32_t>(std::lower_bound(m_classes.begin(), m_classes.end(), class_masks[i]) -
-                                         m_classes.begin());
+    const auto k =
+        static_cast<uint32_t>(std::lower_bound(m_classes.begin(), m_classes.end(), class_masks[i]) - m_classes.begin());
     m_class_of[i] = k;
     ++m_sizes[k];
   }
@@ -252,7 +252,8 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
         hold.live[static_cast<size_t>(i)] = x[i];
         positions[i] = holdings_of.position()[static_cast<size_t>(live[x[i]])];
         low_ranks |= low_rank_bit(live[x[i]]);
-        for (int j = i + 1; j < h; ++j) high = std::max<int>(high, pair_value[static_cast<size_t>(x[i] * live_count + x[j])]);
+        for (int j = i + 1; j < h; ++j)
+          high = std::max<int>(high, pair_value[static_cast<size_t>(x[i] * live_count + x[j])]);
       }
       hold.high = static_cast<uint16_t>(high);
       hold.low = problem.hi_lo ? best_low_set(low_ranks, board_low) : 0;
@@ -269,8 +270,9 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
     const auto same_high = [&](uint32_t a, uint32_t c) { return holdings[a].high == holdings[c].high; };
     below_all.assign(n, 0);
     equal_all.assign(n, 0);
-    sweep(holdings, order, counts, same_high, [](uint32_t) { return true; },
-          [&](uint32_t i, int64_t below, int64_t equal) { below_all[i] = below, equal_all[i] = equal; });
+    sweep(
+        holdings, order, counts, same_high, [](uint32_t) { return true; },
+        [&](uint32_t i, int64_t below, int64_t equal) { below_all[i] = below, equal_all[i] = equal; });
 
     const int64_t weight = boards[b].boards;
     if (!problem.hi_lo) {
@@ -291,11 +293,13 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
                      [&](uint32_t a, uint32_t c) { return holdings[a].low > holdings[c].low; });
     worse_low.assign(n, 0);
     tied_low.assign(n, 0);
-    sweep(holdings, low_order, counts, [&](uint32_t a, uint32_t c) { return holdings[a].low == holdings[c].low; },
-          has_low, [&](uint32_t i, int64_t below, int64_t equal) { worse_low[i] = below, tied_low[i] = equal; });
+    sweep(
+        holdings, low_order, counts, [&](uint32_t a, uint32_t c) { return holdings[a].low == holdings[c].low; },
+        has_low, [&](uint32_t i, int64_t below, int64_t equal) { worse_low[i] = below, tied_low[i] = equal; });
     // The opponents with a low that share no card with each hero: the low counters hold them all now.
     with_low.assign(n, 0);
-    for (size_t i = 0; i < n; ++i) with_low[i] = counts.disjoint(holdings[i].live.data(), has_low(static_cast<uint32_t>(i)));
+    for (size_t i = 0; i < n; ++i)
+      with_low[i] = counts.disjoint(holdings[i].live.data(), has_low(static_cast<uint32_t>(i)));
     for (size_t i = 0; i < n; ++i) {
       int64_t quarters;
       if (holdings[i].low != 0) {
@@ -303,8 +307,8 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
         quarters = 2 * below_all[i] + equal_all[i] + 2 * (opponents - with_low[i]) + 2 * worse_low[i] + tied_low[i];
       } else {
         // The whole pot by high against no low; only the high half against a low.
-        quarters = 4 * (below_all[i] - below_low[i]) + 2 * (equal_all[i] - equal_low[i]) + 2 * below_low[i] +
-                   equal_low[i];
+        quarters =
+            4 * (below_all[i] - below_low[i]) + 2 * (equal_all[i] - equal_low[i]) + 2 * below_low[i] + equal_low[i];
       }
       pot[holdings[i].klass] += weight * quarters;
     }
@@ -312,48 +316,71 @@ std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const H
   return pot;
 }
 
-}  // namespace pokermath::detail
-
-namespace pokermath {
-
-std::vector<OmahaPreflopEquity> compute_omaha_preflop(EquityGame game, uint64_t deck, int threads,
-                                                      const WorkProgress& progress, std::stop_token stop) {
-  const detail::OmahaGame omaha = detail::omaha_game(game);
-  if (threads < 0) throw Error("threads must be 0 (every core) or more, got " + std::to_string(threads));
-  detail::PreflopProblem problem{omaha.hole, omaha.hi_lo, deck & ((uint64_t{1} << 52) - 1)};
-  if (problem.cards() < 2 * problem.hole + 5)
-    throw Error("a deck of " + std::to_string(problem.cards()) + " cards cannot deal two holdings of " +
-                std::to_string(problem.hole) + " and a board");
-  const detail::HoldingClasses holdings(problem);
-  const std::vector<detail::BoardClass> boards = detail::preflop_board_classes(problem);
-
-  // Units of boards, each summed into counts of its own thread; integer sums, so any order gives
-  // the same totals.
+std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const HoldingClasses& holdings,
+                                         const std::vector<BoardClass>& boards, size_t first, size_t last,
+                                         const RunControl& control) {
+  // Pieces of a few boards, each summed into counts of its own thread; integer sums, so any order
+  // gives the same totals.
   struct Pots {
     std::vector<int64_t> pot;
     void add(const Pots& other) {
       for (size_t i = 0; i < pot.size(); ++i) pot[i] += other.pot[i];
     }
   };
-  constexpr size_t kBoardsPerUnit = 16;
-  const size_t units = (boards.size() + kBoardsPerUnit - 1) / kBoardsPerUnit;
+  constexpr size_t kBoardsPerPiece = 16;
+  const size_t pieces = (last - first + kBoardsPerPiece - 1) / kBoardsPerPiece;
+  return run_exact_units(static_cast<int>(pieces), Pots{std::vector<int64_t>(holdings.classes().size(), 0)}, control,
+                         [&](int piece, Pots& out) {
+                           const size_t from = first + static_cast<size_t>(piece) * kBoardsPerPiece;
+                           const std::vector<int64_t> pot = count_preflop_boards(
+                               problem, holdings, boards, from, std::min(last, from + kBoardsPerPiece));
+                           for (size_t i = 0; i < pot.size(); ++i) out.pot[i] += pot[i];
+                         })
+      .pot;
+}
+
+PreflopProblem preflop_problem(EquityGame game, uint64_t deck) {
+  const OmahaGame omaha = omaha_game(game);
+  PreflopProblem problem{omaha.hole, omaha.hi_lo, deck & ((uint64_t{1} << 52) - 1)};
+  if (problem.cards() < 2 * problem.hole + 5)
+    throw Error("a deck of " + std::to_string(problem.cards()) + " cards cannot deal two holdings of " +
+                std::to_string(problem.hole) + " and a board");
+  return problem;
+}
+
+}  // namespace pokermath::detail
+
+namespace pokermath {
+
+uint64_t deck_of_ranks(std::string_view ranks) {
+  if (ranks.empty()) return (uint64_t{1} << 52) - 1;
+  uint64_t deck = 0;
+  for (char letter : ranks) {
+    const std::string_view kRanks = "23456789TJQKA";
+    const size_t rank = kRanks.find(static_cast<char>(std::toupper(static_cast<unsigned char>(letter))));
+    if (rank == std::string_view::npos)
+      throw Error("ranks '" + std::string(ranks) + "': rank letters are 2 3 4 5 6 7 8 9 T J Q K A");
+    for (int suit = 0; suit < 4; ++suit) deck |= uint64_t{1} << (13 * suit + static_cast<int>(rank));
+  }
+  return deck;
+}
+
+std::vector<OmahaPreflopEquity> compute_omaha_preflop(EquityGame game, uint64_t deck, int threads,
+                                                      const WorkProgress& progress, std::stop_token stop) {
+  if (threads < 0) throw Error("threads must be 0 (every core) or more, got " + std::to_string(threads));
+  const detail::PreflopProblem problem = detail::preflop_problem(game, deck);
+  const detail::HoldingClasses holdings(problem);
+  const std::vector<detail::BoardClass> boards = detail::preflop_board_classes(problem);
   detail::RunControl control;
   control.threads = detail::threads_for(threads);
   control.progress = &progress;
   control.stop = std::move(stop);
-  const Pots total = detail::run_exact_units(
-      static_cast<int>(units), Pots{std::vector<int64_t>(holdings.classes().size(), 0)}, control,
-      [&](int unit, Pots& out) {
-        const size_t first = static_cast<size_t>(unit) * kBoardsPerUnit;
-        const std::vector<int64_t> pot = detail::count_preflop_boards(
-            problem, holdings, boards, first, std::min(boards.size(), first + kBoardsPerUnit));
-        for (size_t i = 0; i < pot.size(); ++i) out.pot[i] += pot[i];
-      });
+  const std::vector<int64_t> pot = detail::count_preflop_range(problem, holdings, boards, 0, boards.size(), control);
   std::vector<OmahaPreflopEquity> out;
   const double deals = problem.deals_per_holding();
   for (size_t i = 0; i < holdings.classes().size(); ++i)
     out.push_back({holdings.classes()[i], holdings.sizes()[i],
-                   static_cast<double>(total.pot[i]) / (4.0 * holdings.sizes()[i] * deals)});
+                   static_cast<double>(pot[i]) / (4.0 * holdings.sizes()[i] * deals)});
   return out;
 }
 

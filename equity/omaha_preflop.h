@@ -19,6 +19,9 @@
 #include <cstdint>
 #include <vector>
 
+#include "equity/engine.h"
+#include "pokermath/equity.h"
+
 namespace pokermath::detail {
 
 // The question: every holding of `hole` cards (4, 5 or 6) from `deck` against one random holding of
@@ -69,5 +72,15 @@ std::vector<BoardClass> preflop_board_classes(const PreflopProblem& problem);
 // deals_per_holding).
 std::vector<int64_t> count_preflop_boards(const PreflopProblem& problem, const HoldingClasses& holdings,
                                           const std::vector<BoardClass>& boards, size_t first, size_t last);
+
+// count_preflop_boards over the boards [first, last) on control.threads threads, in pieces of a few
+// boards; reports progress and stops (throwing Cancelled) through `control`.
+std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const HoldingClasses& holdings,
+                                         const std::vector<BoardClass>& boards, size_t first, size_t last,
+                                         const RunControl& control);
+
+// The question an Omaha game asks on `deck`; throws Error for a game that is not Omaha or a deck too
+// small for two holdings and a board.
+PreflopProblem preflop_problem(EquityGame game, uint64_t deck);
 
 }  // namespace pokermath::detail

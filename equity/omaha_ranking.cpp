@@ -46,13 +46,42 @@ RankingGame ranking_game(EquityGame game) {
 RankingGame checked_game(EquityGame game) {
   const RankingGame g = ranking_game(game);
   if (g.hole == 6)
-    throw Error("a share of 6-card holdings needs the exact 6-card table, which this version cannot make yet");
+    throw Error(
+        "a share of 6-card holdings needs the exact 6-card table: make it with pokermath tables "
+        "--omaha-preflop 6" +
+        std::string(g.hi_lo ? " --hilo" : "") + " (see docs/scale-out.md)");
   return g;
+}
+
+// The ranking of a game's exact table when it is in `dir`, else null; a damaged table is reported
+// and left aside.
+std::shared_ptr<const OmahaRanking> exact_ranking(EquityGame game, const std::filesystem::path& dir,
+                                                  const TableProgress& progress) {
+  std::error_code error;
+  if (!std::filesystem::exists(dir / omaha_preflop_table_name(game), error)) return nullptr;
+  std::shared_ptr<const OmahaPreflopTable> table;
+  try {
+    table = omaha_preflop_table(game, dir);
+  } catch (const Error& e) {
+    if (progress)
+      progress(omaha_preflop_table_name(game), std::string(e.what()) + "; using the sampled ranking", kNoticeFraction);
+    return nullptr;
+  }
+  auto ranking = std::make_shared<OmahaRanking>();
+  const RankingGame g = ranking_game(game);
+  ranking->hole_cards = g.hole;
+  ranking->hi_lo = g.hi_lo;
+  ranking->std_error = 0;
+  for (const OmahaPreflopTable::Entry& e : table->entries()) {
+    ranking->classes.push_back(e.holding_class);
+    ranking->equity.push_back(static_cast<float>(e.equity));
+  }
+  return ranking;
 }
 
 constexpr char kMagic[8] = {'P', 'M', 'O', 'R', 'A', 'N', 'K', '1'};
 constexpr size_t kHeaderBytes = 8 + 4 * 4;  // magic; hole cards, Hi/Lo, classes, standard error
-constexpr size_t kRecordBytes = 12;  // class mask (8 bytes), equity (a 4-byte float)
+constexpr size_t kRecordBytes = 12;         // class mask (8 bytes), equity (a 4-byte float)
 constexpr int kOpponentsPerBoard = 4;
 constexpr int64_t kBatchBoards = 1024;
 constexpr int64_t kMaxBoards = int64_t{1} << 22;
@@ -249,9 +278,8 @@ bool generate_omaha_ranking(EquityGame game, const std::filesystem::path& dir_in
 
   std::vector<int> order(classes.size());
   for (int i = 0; i < n; ++i) order[i] = i;
-  std::sort(order.begin(), order.end(), [&](int a, int b) {
-    return equity[a] != equity[b] ? equity[a] > equity[b] : classes[a] < classes[b];
-  });
+  std::sort(order.begin(), order.end(),
+            [&](int a, int b) { return equity[a] != equity[b] ? equity[a] > equity[b] : classes[a] < classes[b]; });
   OmahaRanking ranking;
   ranking.hole_cards = g.hole;
   ranking.hi_lo = g.hi_lo;
@@ -273,7 +301,6 @@ bool generate_omaha_ranking(EquityGame game, const std::filesystem::path& dir_in
 
 std::shared_ptr<const OmahaRanking> omaha_ranking(EquityGame game, const std::filesystem::path& dir_in,
                                                   const TableProgress& progress) {
-  const RankingGame g = checked_game(game);
   const std::filesystem::path dir = resolve(dir_in);
   const std::string name = omaha_ranking_name(game);
   static std::mutex mutex;
@@ -281,6 +308,9 @@ std::shared_ptr<const OmahaRanking> omaha_ranking(EquityGame game, const std::fi
   const std::lock_guard lock(mutex);
   const auto key = std::make_pair(dir.string(), name);
   if (const auto it = cache.find(key); it != cache.end()) return it->second;
+  // The exact table, when there, ranks the holdings instead of the sample.
+  if (auto exact = exact_ranking(game, dir, progress)) return cache[key] = exact;
+  const RankingGame g = checked_game(game);
 
   for (int attempt = 0; attempt < 2; ++attempt) {
     generate_omaha_ranking(game, dir, attempt > 0, progress);

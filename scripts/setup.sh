@@ -2,7 +2,7 @@
 # configures a CMake preset. Source it; it defines ensure_packages and configure_preset.
 
 POKERMATH_PACKAGES=(g++ cmake ninja-build pkg-config libgtest-dev libgmock-dev libbenchmark-dev libcli11-dev
-                    nlohmann-json3-dev python3-dev pybind11-dev python3-numpy)
+                    nlohmann-json3-dev python3-dev pybind11-dev python3-numpy libopenmpi-dev openmpi-bin)
 # What test.sh needs on top: Clang 14 with its sanitizer runtimes and LLVM's OpenMP runtime (libomp,
 # with the Archer tool that lets ThreadSanitizer see OpenMP's synchronisation).
 # And pytest for the Python package's tests, and librsvg's rsvg-convert, which renders the SVG

@@ -221,9 +221,8 @@ TEST(Cli, RangeShowsMatrixCombinationsAndString) {
 }
 
 TEST(Cli, OmahaRangesShowHoldingsTypesAndEquity) {
-  expect_output("range --game omaha 'AA**:ds'",
-                {"range:        AA**:ds\nholdings:     864 of 270725 (0.32%)\n", "  double-suited        864  100.0%\n",
-                 "sample:        "});
+  expect_output("range --game omaha 'AA**:ds'", {"range:        AA**:ds\nholdings:     864 of 270725 (0.32%)\n",
+                                                 "  double-suited        864  100.0%\n", "sample:        "});
   expect_output("range --game omaha5 'KK+@50' --json", {"\"range\": \"KK+@50\"", "\"of\": 2598960"});
   expect_output("equity --game omaha AsKsQhJh '9c9d**@50, 8h7h**' --board Ts6h2c", {"method:  exact"});
   expect_output("equity --game omaha6-hilo AsKsQhJhTc9c 'random' --monte-carlo --trials 4000 --json",
@@ -232,6 +231,16 @@ TEST(Cli, OmahaRangesShowHoldingsTypesAndEquity) {
                 {"classes:  330 (4845 holdings), exact", "   1  AcAdKhKs                6   73.20%\n"});
   expect_bad_input("omaha preflop --ranks TJQ", "a deck of 12 cards cannot deal two holdings of 4 and a board");
   expect_bad_input("omaha preflop --ranks TJX", "rank letters are");
+  // The same equity from the table made in units, with its rank and percentile.
+  test_util::TempDir dir;
+  const std::string in_dir = " --ranks TJQKA --dir " + dir.path().string();
+  expect_bad_input("omaha ranking AsAhKsKh" + in_dir, "make it with pokermath tables --omaha-preflop 4");
+  expect_output("tables --omaha-preflop 4 --unit-boards 3" + in_dir,
+                {"omaha4-preflop-TJQKA.bin: 6656 bytes, generated"});
+  expect_output("omaha ranking AhAsKdKc" + in_dir + " --json",
+                {"\"class\": \"AcAdKhKs\"", "\"equity\": 0.73198", "\"rank\": 1,", "\"classes\": 330"});
+  expect_bad_input("omaha ranking AsAhKsKh9c" + in_dir, "no exact table");
+  expect_bad_input("tables --omaha-preflop 4 --preflop", "makes its table alone");
 }
 
 TEST(Cli, RangeTopReadsTheBuiltInTables) {
@@ -316,7 +325,8 @@ TEST(CliAnalysis, WeightsByClassDistributionBoardHitsAndPictures) {
   expect_output("equity 'QQ+,AKs' JJ --board Js7c2d --distribution",
                 {"equity distribution of player 1 (QQ+,AKs) (22 combinations):\n  equity >= 80%: "});
   expect_output("board-hits 'QQ+,AK' Kh7c2d", {"combos:  27 (weight 27.00)", "  set                            3"});
-  expect_output("board-hits 'QQ+,AK@50' Kh7c2d --json --svg " + svg, {"\"top pair, top kicker\": {\n      \"combos\": 12"});
+  expect_output("board-hits 'QQ+,AK@50' Kh7c2d --json --svg " + svg,
+                {"\"top pair, top kicker\": {\n      \"combos\": 12"});
   for (const auto& [args, message] : std::vector<std::pair<std::string, std::string>>{
            {"board-hits QQ+ Kh7c2d5s4s", "the board must have 3 or 4 cards, got 5"},
            {"range 'KK@120'", "0 < N <= 100, got '120'"},

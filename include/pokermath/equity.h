@@ -247,6 +247,119 @@ std::vector<OmahaPreflopEquity> compute_omaha_preflop(EquityGame game, uint64_t 
                                                       int threads = 0, const WorkProgress& progress = {},
                                                       std::stop_token stop = {});
 
+// The deck of the cards of the ranks named ("TJQKA": 20 cards), all 52 when `ranks` is empty; throws
+// Error for a letter that is not a rank.
+uint64_t deck_of_ranks(std::string_view ranks);
+
+// ---- the exact Omaha pre-flop tables ---------------------------------------------------------------
+// compute_omaha_preflop's answers kept in a table file of the data directory, made once by a long
+// run that may be spread over many processes and machines (pokermath tables --omaha-preflop, also
+// under mpirun): the boards are split into units, each finished unit is written to a checkpoint
+// directory, and a run that is stopped or killed resumes where it was. Files "omaha4-preflop.bin",
+// "omaha4-hilo-preflop.bin", ..., "omaha6-hilo-preflop.bin"; a deck of fewer ranks names its ranks
+// ("omaha4-preflop-A2345K.bin").
+
+struct OmahaTableOptions {
+  std::filesystem::path dir;                // the data directory (empty: default_data_directory())
+  std::filesystem::path checkpoint;         // the unit files (empty: DIR/NAME.units, NAME the table's file name)
+  uint64_t deck = (uint64_t{1} << 52) - 1;  // whole ranks only
+  int threads = 0;                          // per process; 0: every core
+  int unit_boards = 0;                      // board classes per unit (0: 256); the table does not depend on it
+  bool force = false;                       // make the table again even when a valid one is there
+};
+
+// The file name of a game's exact table on `deck`; throws Error for a game that is not Omaha or a
+// deck that is not made of whole ranks.
+std::string omaha_preflop_table_name(EquityGame game, uint64_t deck = (uint64_t{1} << 52) - 1);
+
+// Makes a game's exact table in this process (every unit not yet in the checkpoint directory, then
+// the merged table under the data-directory rules). Returns true when the table was written (false
+// when a valid one is there and !options.force). Units that other processes are computing at the
+// same time are waited for, not computed twice. Throws Error for bad options, FileError when a
+// directory cannot be written, Cancelled when `stop` is requested (finished units stay).
+bool generate_omaha_preflop_table(EquityGame game, const OmahaTableOptions& options = {},
+                                  const TableProgress& progress = {}, std::stop_token stop = {});
+
+namespace detail {
+class PreflopTableRun;
+}
+
+// One table's run in units, for drivers of their own (the CLI's MPI ranks, a batch scheduler's
+// array jobs): any process may compute any unit, at any time, in any order; merge() then writes the
+// table. The checkpoint directory holds "checkpoint.txt" (what the units are of: a run of another
+// table pointed there is refused), "unit-NNNNNN.bin" (a finished unit: its header, the pot of every
+// class over its boards and a checksum; renamed into place, so whole or absent) and
+// "unit-NNNNNN.lock" (flock'ed by the process computing the unit; the system drops the lock when
+// that process dies). A unit file of the wrong size, header or checksum counts as not done.
+class OmahaTableRun {
+ public:
+  // Checks the options, creates the checkpoint directory and records (or checks) what its units are
+  // of. Throws Error for bad options or another run's checkpoint directory, FileError when the
+  // directory cannot be written.
+  OmahaTableRun(EquityGame game, const OmahaTableOptions& options);
+  ~OmahaTableRun();
+  OmahaTableRun(const OmahaTableRun&) = delete;
+  OmahaTableRun& operator=(const OmahaTableRun&) = delete;
+
+  int units() const;
+  const std::string& table_name() const;
+  const std::filesystem::path& table_dir() const;
+  const std::filesystem::path& checkpoint() const;
+  // Whether the table is in the data directory and matches its manifest.
+  bool table_present() const;
+  // Whether unit `unit`'s file is there and whole; unit_damaged: there but not whole.
+  bool unit_done(int unit) const;
+  bool unit_damaged(int unit) const;
+
+  enum class UnitResult { Computed, AlreadyDone, Busy };
+  // Computes unit `unit` on `threads` threads (0: every core) and writes its file, unless it is done
+  // already, or another process holds it (Busy; with `wait`, waits for that process and computes the
+  // unit only if it left no file). Throws Cancelled when `stop` is requested (nothing written),
+  // FileError when the unit cannot be written.
+  UnitResult compute_unit(int unit, int threads, bool wait, std::stop_token stop = {});
+  // Sums every unit into the table and writes it under the data-directory rules; a unit found
+  // missing or damaged now is reported through `progress` and computed first. Returns how many were.
+  int merge(int threads, const TableProgress& progress = {});
+
+ private:
+  std::unique_ptr<detail::PreflopTableRun> m_run;
+};
+
+// An exact table in memory: every class of holdings with its equity, strongest first.
+class OmahaPreflopTable {
+ public:
+  struct Entry {
+    uint64_t holding_class = 0;  // omaha_suit_class of its holdings
+    uint32_t holdings = 0;       // holdings in the class
+    double equity = 0;           // exact pot share against one random holding, 0..1
+    uint32_t rank = 0;           // 1 for the strongest class; classes of equal equity share a rank
+    double percentile = 0;       // percent of all holdings with a smaller equity, 0..100
+  };
+
+  EquityGame game() const { return m_game; }
+  uint64_t deck() const { return m_deck; }
+  uint64_t checksum() const { return m_checksum; }  // the checksum recorded in the file
+  const std::vector<Entry>& entries() const { return m_entries; }
+  // The entry of a holding's class; throws Error for a mask that is not a holding of the table's
+  // size from its deck.
+  const Entry& lookup(uint64_t holding) const;
+
+  OmahaPreflopTable(EquityGame game, uint64_t deck, uint64_t checksum, std::vector<Entry> entries);
+
+ private:
+  EquityGame m_game;
+  uint64_t m_deck;
+  uint64_t m_checksum;
+  std::vector<Entry> m_entries;                        // strongest first
+  std::vector<std::pair<uint64_t, uint32_t>> m_index;  // class mask -> entry, ascending
+};
+
+// A game's exact table, loaded from `dir` (empty: default_data_directory()) and kept in memory for
+// later calls. Throws Error when the table is not there ("make it with pokermath tables
+// --omaha-preflop ...") or is damaged.
+std::shared_ptr<const OmahaPreflopTable> omaha_preflop_table(EquityGame game, const std::filesystem::path& dir = {},
+                                                             uint64_t deck = (uint64_t{1} << 52) - 1);
+
 // parse_omaha_range for an Omaha game: its hole-card count, and its ranking (loaded as above) when
 // the text holds a share.
 OmahaRange parse_omaha_range(std::string_view text, EquityGame game, const std::filesystem::path& data_dir = {},

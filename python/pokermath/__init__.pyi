@@ -418,6 +418,22 @@ def omaha_preflop(
 def omaha_ranking(
     game: _OmahaGame = "omaha", *, data_dir: _Path | None = None, progress: _TableProgress | None = None
 ) -> list[tuple[str, float]]: ...
+def generate_omaha_preflop_table(
+    game: _OmahaGame = "omaha",
+    *,
+    data_dir: _Path | None = None,
+    checkpoint: _Path | None = None,
+    ranks: str | None = None,
+    threads: int = 0,
+    unit_boards: int = 0,
+    force: bool = False,
+    progress: _TableProgress | None = None,
+) -> bool:
+    """Makes the exact pre-flop table of an Omaha game, checkpointed in units."""
+def omaha_holding_ranking(
+    holding: _Cards, *, hilo: bool = False, ranks: str | None = None, data_dir: _Path | None = None
+) -> dict[str, Any]:
+    """A holding's exact pre-flop equity, rank and percentile from its game's exact table."""
 
 # ---- range analysis ---------------------------------------------------------------------------------
 

@@ -1,5 +1,6 @@
 // Omaha ranges for Python: OmahaRange (the Omaha range language, holdings with weights, hand
 // types, set operations), the hand type of one holding and the pre-flop rankings.
+#include <bit>
 #include <cstdio>
 
 #include "convert.h"
@@ -63,7 +64,8 @@ void bind_omaha_ranges(py::module_& m) {
       .def_property_readonly("total_weight", &OmahaRange::total_weight,
                              "the sum of the weights / 100: the holdings a weighted range stands for")
       .def_property_readonly(
-          "share", [](const OmahaRange& r) { return static_cast<double>(r.size()) / omaha_holdings_count(r.hole_cards()); },
+          "share",
+          [](const OmahaRange& r) { return static_cast<double>(r.size()) / omaha_holdings_count(r.hole_cards()); },
           "the range's share of all holdings of its size, 0..1")
       .def("__len__", &OmahaRange::size)
       .def("__contains__", [](const OmahaRange& r, py::handle h) { return r.contains(holding_of(h)); })
@@ -74,7 +76,8 @@ void bind_omaha_ranges(py::module_& m) {
           "holdings",
           [](const OmahaRange& r) {
             py::list out;
-            for (const OmahaHolding& h : r.holdings()) out.append(py::make_tuple(omaha_holding_to_string(h.cards), h.weight));
+            for (const OmahaHolding& h : r.holdings())
+              out.append(py::make_tuple(omaha_holding_to_string(h.cards), h.weight));
             return out;
           },
           "[(holding, weight)] in mask order, each holding as its cards highest rank first")
@@ -87,13 +90,15 @@ void bind_omaha_ranges(py::module_& m) {
           },
           "the holdings as 64-bit card masks (bit = card code), ascending")
       .def(
-          "without", [](const OmahaRange& r, py::handle cards) { return r.without(cards_to_mask(to_cards(cards, "cards"))); },
+          "without",
+          [](const OmahaRange& r, py::handle cards) { return r.without(cards_to_mask(to_cards(cards, "cards"))); },
           py::arg("cards"), "the holdings that share no card with the given cards (a board, dead cards)")
       .def(
           "hand_types",
           [](const OmahaRange& r) {
             py::dict out;
-            for (const OmahaTypeCount& t : omaha_hand_types(r)) out[py::str(t.name)] = py::make_tuple(t.holdings, t.weight);
+            for (const OmahaTypeCount& t : omaha_hand_types(r))
+              out[py::str(t.name)] = py::make_tuple(t.holdings, t.weight);
             return out;
           },
           "{type: (holdings, weight)} for double-suited, single-suited, rainbow, no pair, one pair, two pair,\n"
@@ -101,9 +106,10 @@ void bind_omaha_ranges(py::module_& m) {
       .def("__or__", [](const OmahaRange& a, const OmahaRange& b) { return a | b; })
       .def("__and__", [](const OmahaRange& a, const OmahaRange& b) { return a & b; })
       .def("__sub__", [](const OmahaRange& a, const OmahaRange& b) { return a - b; })
-      .def("__eq__", [](const OmahaRange& a, const OmahaRange& b) {
-        return a.hole_cards() == b.hole_cards() && a.holdings() == b.holdings();
-      })
+      .def("__eq__",
+           [](const OmahaRange& a, const OmahaRange& b) {
+             return a.hole_cards() == b.hole_cards() && a.holdings() == b.holdings();
+           })
       .def("__str__", &OmahaRange::text)
       .def("__repr__", &range_repr);
 
@@ -136,13 +142,15 @@ void bind_omaha_ranges(py::module_& m) {
         }
         py::list out;
         for (size_t i = 0; i < ranking->classes.size(); ++i)
-          out.append(py::make_tuple(omaha_holding_to_string(ranking->classes[i]), static_cast<double>(ranking->equity[i])));
+          out.append(
+              py::make_tuple(omaha_holding_to_string(ranking->classes[i]), static_cast<double>(ranking->equity[i])));
         return out;
       },
       py::arg("game") = "omaha", py::kw_only(), py::arg("data_dir") = py::none(), py::arg("progress") = py::none(),
       "The pre-flop ranking of an Omaha game that shares (\"15%\") read: [(holding, equity against one\n"
       "random holding)] for one holding of every class equal up to suits, strongest first. Computed into\n"
-      "data_dir on first use (a few minutes on two cores). The 6-card games have none yet (ValueError).");
+      "data_dir on first use (a few minutes on two cores). The game's exact table ranks them instead when\n"
+      "it is in data_dir (generate_omaha_preflop_table); the 6-card games need it (ValueError without).");
 
   m.def(
       "omaha_preflop",
@@ -167,6 +175,61 @@ void bind_omaha_ranges(py::module_& m) {
       ">>> t = pokermath.omaha_preflop(deck=[r + s for r in \"TJQKA\" for s in \"cdhs\"])\n"
       ">>> max(t, key=lambda e: e[2])[0]\n"
       "'AcAdKhKs'");
+
+  m.def(
+      "generate_omaha_preflop_table",
+      [](const std::string& game, std::optional<std::filesystem::path> data_dir,
+         std::optional<std::filesystem::path> checkpoint, std::optional<std::string> ranks, int threads,
+         int unit_boards, bool force, py::object progress) {
+        OmahaTableOptions options;
+        options.dir = data_dir.value_or(std::filesystem::path{});
+        options.checkpoint = checkpoint.value_or(std::filesystem::path{});
+        options.deck = deck_of_ranks(ranks.value_or(""));
+        options.threads = threads;
+        options.unit_boards = unit_boards;
+        options.force = force;
+        const TableProgress report = table_progress(std::move(progress));
+        py::gil_scoped_release unlocked;
+        return generate_omaha_preflop_table(equity_game_from_name(game), options, report);
+      },
+      py::arg("game") = "omaha", py::kw_only(), py::arg("data_dir") = py::none(), py::arg("checkpoint") = py::none(),
+      py::arg("ranks") = py::none(), py::arg("threads") = 0, py::arg("unit_boards") = 0, py::arg("force") = false,
+      py::arg("progress") = py::none(),
+      "Makes the exact pre-flop table of an Omaha game in data_dir, as pokermath tables --omaha-preflop\n"
+      "does: in units of boards written to checkpoint (default: data_dir/TABLE.units) as they finish, so\n"
+      "a run that is stopped resumes. ranks: a deck of these ranks only (\"A2345K\"). True when written,\n"
+      "False when a valid table was there.");
+
+  m.def(
+      "omaha_holding_ranking",
+      [](py::handle holding, bool hilo, std::optional<std::string> ranks,
+         std::optional<std::filesystem::path> data_dir) {
+        const uint64_t mask = holding_of(holding);
+        const int hole = std::popcount(mask);
+        if (hole < 4 || hole > 6) throw Error("an Omaha holding has 4, 5 or 6 cards");
+        const std::string name = "omaha" + (hole == 4 ? std::string() : std::to_string(hole)) + (hilo ? "-hilo" : "");
+        std::shared_ptr<const OmahaPreflopTable> table;
+        {
+          py::gil_scoped_release unlocked;
+          table = omaha_preflop_table(equity_game_from_name(name), data_dir.value_or(std::filesystem::path{}),
+                                      deck_of_ranks(ranks.value_or("")));
+        }
+        const OmahaPreflopTable::Entry& e = table->lookup(mask);
+        py::dict out;
+        out["class"] = omaha_holding_to_string(e.holding_class);
+        out["game"] = name;
+        out["equity"] = e.equity;
+        out["rank"] = e.rank;
+        out["classes"] = table->entries().size();
+        out["percentile"] = e.percentile;
+        return out;
+      },
+      py::arg("holding"), py::kw_only(), py::arg("hilo") = false, py::arg("ranks") = py::none(),
+      py::arg("data_dir") = py::none(),
+      "A holding's exact pre-flop equity against one random holding from its game's exact table (4, 5 or\n"
+      "6 cards; hilo for Hi/Lo): {'class', 'game', 'equity', 'rank' (1: strongest), 'classes',\n"
+      "'percentile' (the share of holdings with a smaller equity, 0..100)}. ValueError when the table is\n"
+      "not in data_dir: make it with generate_omaha_preflop_table or pokermath tables --omaha-preflop.");
 }
 
 }  // namespace pokermath::python

@@ -67,3 +67,15 @@ def test_exact_preflop_equities_match_the_command_line(cli):
     out = json.loads(subprocess.run([cli, "omaha", "preflop", "--game", "omaha-hilo", "--ranks", "A2345", "--json"],
                                     check=True, capture_output=True, text=True).stdout)
     assert {c["class"]: c["equity"] for c in out["classes"]} == pytest.approx({e[0]: e[2] for e in table}, abs=1e-15)
+
+
+def test_exact_table_answers_a_holding(tmp_path):
+    assert pm.generate_omaha_preflop_table("omaha-hilo", data_dir=tmp_path, ranks="A2345", unit_boards=7)
+    assert not pm.generate_omaha_preflop_table("omaha-hilo", data_dir=tmp_path, ranks="A2345")  # kept
+    deck = [r + s for r in "A2345" for s in "cdhs"]
+    best = max(pm.omaha_preflop("omaha-hilo", deck=deck), key=lambda e: e[2])
+    answer = pm.omaha_holding_ranking(best[0], hilo=True, ranks="A2345", data_dir=tmp_path)
+    assert (answer["class"], answer["rank"], answer["equity"]) == (best[0], 1, best[2])
+    assert 99 < answer["percentile"] < 100
+    with pytest.raises(ValueError, match="make it with pokermath tables --omaha-preflop 4 "):
+        pm.omaha_holding_ranking("AsKsQhJh", data_dir=tmp_path)
