@@ -35,6 +35,12 @@ RangeBreakdown equity_by_class(const EquityRequest& request, int player) {
   return out;
 }
 
+std::array<double, 169> RangeBreakdown::class_equities() const {
+  std::array<double, 169> grid{};
+  for (const ClassEquity& c : classes) grid[static_cast<size_t>(c.cell)] = c.equity;
+  return grid;
+}
+
 double EquityDistribution::share_at_least(double threshold) const {
   double share = 0;
   for (const DistributionStep& s : steps)

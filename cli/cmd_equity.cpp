@@ -128,8 +128,7 @@ void run_breakdown(const EquityOptions& o, EquityRequest& request) {
   const RangeBreakdown breakdown = equity_by_class(request, o.player - 1);
   const EquityResult result = compute_equity(request);
   const EquityDistribution distribution = equity_distribution(breakdown);
-  std::array<double, 169> grid{};
-  for (const ClassEquity& c : breakdown.classes) grid[static_cast<size_t>(c.cell)] = c.equity;
+  const std::array<double, 169> grid = breakdown.class_equities();
   const std::string who = "player " + std::to_string(o.player) + " (" + request.players[o.player - 1] + ")";
   if (!o.svg.empty())
     write_picture(o.svg, o.by_class ? range_grid_svg(grid, GridScale::Equity, "Equity by class of " + who)

@@ -123,13 +123,6 @@ int matrix_size(bool short_deck) { return short_deck ? 9 : 13; }
 
 // The share of each class's combinations the range holds, weighted (NaN for a class it lacks): the
 // values of the weight grid.
-std::array<double, 169> weight_grid(const Shown& shown) {
-  std::array<double, 169> grid = shown.weighted.class_weights();
-  for (int cell = 0; cell < 169; ++cell)
-    grid[cell] = grid[cell] > 0 ? grid[cell] / hand_class_combos(cell) : std::numeric_limits<double>::quiet_NaN();
-  return grid;
-}
-
 void print_text(const Shown& shown, const std::array<int, 169>& counts, int combos, int total) {
   std::vector<std::pair<std::string, std::string>> lines = shown.lines;
   const bool weighted = shown.weighted.weighted();
@@ -144,7 +137,7 @@ void print_text(const Shown& shown, const std::array<int, 169>& counts, int comb
   std::cout << "\n";
   // On a terminal the Hold'em grid is drawn in color, each class by the share of it held.
   if (!shown.short_deck && stdout_is_terminal()) {
-    std::cout << range_grid_terminal(weight_grid(shown), GridScale::Weight, true);
+    std::cout << range_grid_terminal(shown.weighted.class_shares(), GridScale::Weight, true);
     return;
   }
 
@@ -228,7 +221,7 @@ void run_range(const RangeOptions& options) {
   if (!options.svg.empty()) {
     if (shown.short_deck) throw Error("--svg draws the 13 x 13 Hold'em grid; leave out --short-deck");
     const std::string title = shown.weighted.weighted() ? shown.weighted.text() : range_to_string(shown.range);
-    write_picture(options.svg, range_grid_svg(weight_grid(shown), GridScale::Weight, title));
+    write_picture(options.svg, range_grid_svg(shown.weighted.class_shares(), GridScale::Weight, title));
   }
   if (!options.json) {
     print_text(shown, counts, combos, total);

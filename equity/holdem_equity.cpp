@@ -57,37 +57,42 @@ HoldemDeal deal_of(const HoldemGame& game, const std::vector<int>& board, uint64
   return deal;
 }
 
-OutcomeCounts count_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
-                            const std::vector<int>& board, uint64_t dead_mask,
-                            const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
+// Counts the boards of each class of hand tuples once, on control.threads threads; add(class, its
+// counts for one tuple, out) adds them in (times the class's tuple count, or its weight).
+template <typename Counts, typename Add>
+Counts count_tuple_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
+                           const std::vector<int>& board, uint64_t dead_mask,
+                           const std::vector<SuitPermutation>& symmetries, const RunControl& control, Add add) {
   const std::vector<TupleClass> classes = tuple_classes(players, symmetries);
   const int n = static_cast<int>(players.size());
   const HoldemDeal deal = deal_of(game, board, dead_mask, n);
-  return run_exact_units(static_cast<int>(classes.size()), OutcomeCounts(n), control, [&](int u, OutcomeCounts& out) {
-    const TupleClass& c = classes[static_cast<size_t>(u)];
-    HoldemDeal d = deal;
-    for (int p = 0; p < n; ++p) d.holes[p] = c.hole(p);
-    count_deal_boards(game.ranking, d, out, c.tuples);
-  });
-}
-
-// The same for weighted players: each class's boards are counted once, then added with the class's
-// tuple count and with its weight.
-BothCounts count_weighted_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
-                                  const std::vector<int>& board, uint64_t dead_mask,
-                                  const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
-  const std::vector<TupleClass> classes = tuple_classes(players, symmetries);
-  const int n = static_cast<int>(players.size());
-  const HoldemDeal deal = deal_of(game, board, dead_mask, n);
-  return run_exact_units(static_cast<int>(classes.size()), BothCounts(n), control, [&](int u, BothCounts& out) {
+  return run_exact_units(static_cast<int>(classes.size()), Counts(n), control, [&](int u, Counts& out) {
     const TupleClass& c = classes[static_cast<size_t>(u)];
     HoldemDeal d = deal;
     for (int p = 0; p < n; ++p) d.holes[p] = c.hole(p);
     OutcomeCounts one(n);
     count_deal_boards(game.ranking, d, one, 1);
-    out.counted.add(one, c.tuples);
-    out.weighed.add(one, c.weight);
+    add(c, one, out);
   });
+}
+
+OutcomeCounts count_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
+                            const std::vector<int>& board, uint64_t dead_mask,
+                            const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
+  return count_tuple_classes<OutcomeCounts>(
+      game, players, board, dead_mask, symmetries, control,
+      [](const TupleClass& c, const OutcomeCounts& one, OutcomeCounts& out) { out.add(one, c.tuples); });
+}
+
+// The same for weighted players: counted (each tuple once) and weighed.
+BothCounts count_weighted_classes(const HoldemGame& game, const std::vector<HoldemPlayer>& players,
+                                  const std::vector<int>& board, uint64_t dead_mask,
+                                  const std::vector<SuitPermutation>& symmetries, const RunControl& control) {
+  return count_tuple_classes<BothCounts>(game, players, board, dead_mask, symmetries, control,
+                                         [](const TupleClass& c, const OutcomeCounts& one, BothCounts& out) {
+                                           out.counted.add(one, c.tuples);
+                                           out.weighed.add(one, c.weight);
+                                         });
 }
 
 double deals_in(const OutcomeCounts& counts) {

@@ -327,7 +327,9 @@ std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const Ho
       for (size_t i = 0; i < pot.size(); ++i) pot[i] += other.pot[i];
     }
   };
-  constexpr size_t kBoardsPerPiece = 16;
+  // A 4-card board takes milliseconds, a 5- or 6-card one up to seconds: one board a piece then, so
+  // that many threads share even a short range.
+  const size_t kBoardsPerPiece = problem.hole == 4 ? 16 : 1;
   const size_t pieces = (last - first + kBoardsPerPiece - 1) / kBoardsPerPiece;
   return run_exact_units(static_cast<int>(pieces), Pots{std::vector<int64_t>(holdings.classes().size(), 0)}, control,
                          [&](int piece, Pots& out) {

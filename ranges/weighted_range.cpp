@@ -1,6 +1,7 @@
 // pokermath::WeightedRange: a Hold'em range whose combinations carry weights, and its text.
 #include <algorithm>
 #include <charconv>
+#include <limits>
 #include <map>
 
 #include "ranges/hand_classes.h"
@@ -92,6 +93,13 @@ std::array<double, 169> WeightedRange::class_weights() const {
     if (m_weights[i] > 0)
       out[static_cast<size_t>(detail::combo_cell(kComboCards.cards[i][0], kComboCards.cards[i][1]))] +=
           m_weights[i] / 100;
+  return out;
+}
+
+std::array<double, 169> WeightedRange::class_shares() const {
+  std::array<double, 169> out = class_weights();
+  for (int cell = 0; cell < 169; ++cell)
+    out[cell] = out[cell] > 0 ? out[cell] / hand_class_combos(cell) : std::numeric_limits<double>::quiet_NaN();
   return out;
 }
 

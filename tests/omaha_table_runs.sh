@@ -59,11 +59,11 @@ if ! command -v mpirun >/dev/null; then
   echo "mpirun not found: the MPI runs are skipped" >&2
   exit 0
 fi
-mpirun -np 2 "$pm" "${args[@]}" --dir "$work/mpi" 2>"$work/mpi.log"
+mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/mpi" 2>"$work/mpi.log"
 cmp "$reference" "$work/mpi/$table" || fail "mpirun -np 2 wrote other bytes"
 
 # Kill rank 1 once a few units are done; the job ends, and a new one finishes the rest.
-mpirun -np 2 "$pm" "${args[@]}" --dir "$work/kill" >/dev/null 2>"$work/kill.log" &
+mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/kill" >/dev/null 2>"$work/kill.log" &
 launcher=$!
 until [ "$(unit_files "$work/kill/$table.units")" -ge 5 ]; do sleep 0.02; done
 for pid in $(pgrep -f -- "--dir $work/kill"); do
@@ -72,7 +72,7 @@ done
 if wait $launcher; then fail "the job finished although a rank was killed"; fi
 done_before=$(unit_files "$work/kill/$table.units")
 [ "$done_before" -lt 149 ] || fail "the job finished before the kill"
-mpirun -np 2 "$pm" "${args[@]}" --dir "$work/kill" 2>"$work/resume.log"
+mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/kill" 2>"$work/resume.log"
 grep -q "computing $((149 - done_before)) of 149 units" "$work/resume.log" ||
   fail "the resumed job did not keep the $done_before finished units: $(head -3 "$work/resume.log")"
 cmp "$reference" "$work/kill/$table" || fail "the resumed job wrote other bytes"

@@ -44,6 +44,9 @@ struct RangeBreakdown {
   std::vector<double> deal_weight;     // per combination, as above
   std::array<ClassEquity, 169> classes{};
   double seconds = 0;
+
+  // Each class cell's equity, NaN where the range holds none: what the equity grid shows.
+  std::array<double, 169> class_equities() const;
 };
 
 // Breaks down the equity of `player`'s range in a Hold'em or short-deck request, counting every

@@ -303,6 +303,9 @@ class WeightedRange {
   double total_weight() const;
   // The same per class cell 0..168 (0 .. 6, 4 or 12).
   std::array<double, 169> class_weights() const;
+  // The share of each class held (its weight / its combinations, 0..1), NaN for a class not held:
+  // what a range grid shows.
+  std::array<double, 169> class_shares() const;
   // True when some combination has a weight below 100.
   bool weighted() const;
   // The combinations without their weights.

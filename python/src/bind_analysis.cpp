@@ -23,19 +23,6 @@ std::array<double, 169> grid_values(const std::vector<double>& values) {
 }
 
 // The share of each class's combinations a weighted range holds (NaN where it holds none).
-std::array<double, 169> weight_grid(const WeightedRange& range) {
-  std::array<double, 169> grid = range.class_weights();
-  for (int cell = 0; cell < 169; ++cell)
-    grid[cell] = grid[cell] > 0 ? grid[cell] / hand_class_combos(cell) : std::numeric_limits<double>::quiet_NaN();
-  return grid;
-}
-
-std::array<double, 169> equity_grid(const RangeBreakdown& b) {
-  std::array<double, 169> grid{};
-  for (const ClassEquity& c : b.classes) grid[static_cast<size_t>(c.cell)] = c.equity;
-  return grid;
-}
-
 std::string combo_text(int card1, int card2) { return card_to_string(card1) + card_to_string(card2); }
 
 RangeBreakdown by_class(py::handle players, py::handle board, py::handle dead, const std::string& game, int player,
@@ -98,11 +85,11 @@ void bind_analysis(py::module_& m) {
           py::arg("hand"), "The weight of a hand (\"AsKs\"), 0 when the range does not hold it.")
       .def(
           "svg", [](const WeightedRange& r, const std::string& title) {
-            return range_grid_svg(weight_grid(r), GridScale::Weight, title.empty() ? r.text() : title);
+            return range_grid_svg(r.class_shares(), GridScale::Weight, title.empty() ? r.text() : title);
           },
           py::arg("title") = "", "The 13 x 13 heat map of the share of each class held, as an SVG document.")
       .def(
-          "grid", [](const WeightedRange& r, bool color) { return range_grid_terminal(weight_grid(r), GridScale::Weight, color); },
+          "grid", [](const WeightedRange& r, bool color) { return range_grid_terminal(r.class_shares(), GridScale::Weight, color); },
           py::kw_only(), py::arg("color") = false, "The 13 x 13 grid as text for a terminal (ANSI colors with color=True).")
       .def("__str__", &WeightedRange::text)
       .def("__repr__", [](const WeightedRange& r) { return "WeightedRange('" + r.text() + "')"; })
@@ -155,14 +142,14 @@ void bind_analysis(py::module_& m) {
       .def_property_readonly(
           "grid",
           [](const RangeBreakdown& b) {
-            const std::array<double, 169> g = equity_grid(b);
+            const std::array<double, 169> g = b.class_equities();
             return std::vector<double>(g.begin(), g.end());
           },
           "the equity of each class cell 0..168, NaN where the range holds none")
       .def("distribution", &equity_distribution, "The equity distribution of the range.")
       .def(
           "svg", [](const RangeBreakdown& b, const std::string& title) {
-            return range_grid_svg(equity_grid(b), GridScale::Equity, title);
+            return range_grid_svg(b.class_equities(), GridScale::Equity, title);
           },
           py::arg("title") = "Equity by class", "The 13 x 13 heat map of equities as an SVG document.");
 
