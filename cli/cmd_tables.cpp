@@ -131,7 +131,7 @@ void add_tables_command(CLI::App& app) {
       "read. The work is cut into units of boards, each written to --checkpoint (default: the table's\n"
       "name with .units, in the data directory) as it finishes; run the same command again after a\n"
       "crash or a kill and it resumes. Under mpirun, rank 0 hands out the units and the other ranks\n"
-      "compute them, each on --threads threads. About 18 min on two cores for 4 cards, 45 min for\n"
+      "compute them, each on --threads threads. About 18 min on two cores for 4 cards, 50 min for\n"
       "4-card Hi/Lo; docs/scale-out.md gives the larger tables' core-hours.\n"
       "  pokermath tables --omaha-preflop 4\n"
       "  pokermath tables --omaha-preflop 4 --hilo --checkpoint /scratch/o4hl\n"

@@ -160,7 +160,6 @@ class PreflopTableRun {
   void open_checkpoint() const;
 
   mutable std::once_flag m_opened;
-  EquityGame m_game;
   PreflopProblem m_problem;
   HoldingClasses m_holdings;
   std::vector<BoardClass> m_boards;
@@ -171,8 +170,7 @@ class PreflopTableRun {
 };
 
 PreflopTableRun::PreflopTableRun(EquityGame game, const OmahaTableOptions& options)
-    : m_game(game),
-      m_problem(preflop_problem(game, options.deck)),
+    : m_problem(preflop_problem(game, options.deck)),
       m_holdings(m_problem),
       m_boards(preflop_board_classes(m_problem)),
       m_unit_boards(options.unit_boards == 0 ? kDefaultUnitBoards : options.unit_boards),

@@ -59,17 +59,22 @@ if ! command -v mpirun >/dev/null; then
   echo "mpirun not found: the MPI runs are skipped" >&2
   exit 0
 fi
-mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/mpi" 2>"$work/mpi.log"
+mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/mpi" 2>"$work/mpi.log" ||
+  fail "mpirun -np 2 failed: $(cat "$work/mpi.log")"
 cmp "$reference" "$work/mpi/$table" || fail "mpirun -np 2 wrote other bytes"
 
 # Kill rank 1 once a few units are done; the job ends, and a new one finishes the rest.
 mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/kill" >/dev/null 2>"$work/kill.log" &
 launcher=$!
-until [ "$(unit_files "$work/kill/$table.units")" -ge 5 ]; do sleep 0.02; done
+for _ in $(seq 3000); do
+  [ "$(unit_files "$work/kill/$table.units")" -ge 5 ] && break
+  kill -0 $launcher 2>/dev/null || break
+  sleep 0.02
+done
 for pid in $(pgrep -f -- "--dir $work/kill"); do
   if tr '\0' '\n' <"/proc/$pid/environ" 2>/dev/null | grep -qx OMPI_COMM_WORLD_RANK=1; then kill -9 "$pid"; fi
 done
-if wait $launcher; then fail "the job finished although a rank was killed"; fi
+if wait $launcher; then fail "the job finished although a rank was killed: $(cat "$work/kill.log")"; fi
 done_before=$(unit_files "$work/kill/$table.units")
 [ "$done_before" -lt 149 ] || fail "the job finished before the kill"
 mpirun --oversubscribe -np 2 "$pm" "${args[@]}" --dir "$work/kill" 2>"$work/resume.log"
