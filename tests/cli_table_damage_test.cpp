@@ -16,6 +16,7 @@
 #include "cli_run.h"
 #include "pokermath/pokermath.h"
 #include "temp_dir.h"
+#include "test_util.h"
 
 namespace {
 
@@ -115,6 +116,12 @@ TEST(TableDamage, DetectedAndWrittenAgainNeverCrashesTheClassicLoaders) {
   int case_number = 0;
   for (const Damage& damage : damages()) {
     for (TableFile file : {TableFile::SixPlus5, TableFile::SixPlus7}) {
+      // Under the sanitizers the 10 MB machine is rebuilt for every third damage only: each
+      // rebuild takes seconds there, and the small machine goes through the same checks.
+      if (test_util::kSanitized && file == TableFile::SixPlus7 && case_number % 3 != 0) {
+        ++case_number;
+        continue;
+      }
       const std::string name(pokermath::table_file_name(file));
       SCOPED_TRACE(name + ", " + damage.what);
       TempDir dir;
