@@ -65,16 +65,6 @@ std::string ranks_of(uint64_t deck) {
   return ranks;
 }
 
-// The whole of a regular file, or false.
-bool read_whole(const fs::path& path, std::vector<char>& out) {
-  std::error_code error;
-  if (!fs::is_regular_file(path, error)) return false;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  out.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  return !in.bad();
-}
-
 [[noreturn]] void throw_file_error(const std::string& what, const fs::path& path, int error) {
   throw FileError(what + " '" + path.string() + "': " + std::strerror(error), path, error);
 }
@@ -210,7 +200,7 @@ void PreflopTableRun::open_checkpoint() const {
     fs::remove(temporary, ec);
     if (linked != 0 && error != EEXIST) throw_file_error("cannot write", path, error);
     std::vector<char> present;
-    if (!read_whole(path, present)) throw_file_error("cannot read", path, open_error(path));
+    if (!read_regular_file(path, present)) throw_file_error("cannot read", path, open_error(path));
     if (std::string(present.begin(), present.end()) != text)
       throw Error("the checkpoint directory '" + m_checkpoint.string() +
                   "' holds the units of another run (its checkpoint.txt differs: another game, deck or "
@@ -242,7 +232,7 @@ std::vector<int64_t> PreflopTableRun::read_unit(int unit) const {
   open_checkpoint();
   std::vector<char> bytes;
   const size_t classes = m_holdings.classes().size();
-  if (!read_whole(unit_path(unit), bytes) || bytes.size() != kUnitHeaderBytes + 8 * classes + 8) return {};
+  if (!read_regular_file(unit_path(unit), bytes) || bytes.size() != kUnitHeaderBytes + 8 * classes + 8) return {};
   const std::vector<char> header = unit_header(unit);
   if (!std::equal(header.begin(), header.end(), bytes.begin())) return {};
   if (checksum_of(bytes.data(), bytes.size() - 8) != get(&bytes[bytes.size() - 8], 8)) return {};
@@ -534,7 +524,7 @@ std::shared_ptr<const OmahaPreflopTable> omaha_preflop_table(EquityGame game, co
   const OmahaGame g = omaha_game(game);
   const std::string make = "pokermath tables --omaha-preflop " + std::to_string(g.hole) + (g.hi_lo ? " --hilo" : "");
   std::vector<char> bytes;
-  if (!read_whole(path, bytes)) {
+  if (!read_regular_file(path, bytes)) {
     if (const int error = open_error(path); error != ENOENT && error != 0)
       throw FileError("cannot read the exact table '" + path.string() + "': " + std::strerror(error), path, error);
     throw Error("no exact table '" + path.string() + "': make it with " + make + " (see docs/scale-out.md)");

@@ -226,16 +226,6 @@ std::string decode(const std::vector<char>& bytes, const RankingGame& g, OmahaRa
   return {};
 }
 
-// The whole of a regular file (a FIFO or a directory is refused without waiting).
-bool read_whole(const std::filesystem::path& path, std::vector<char>& out) {
-  std::error_code error;
-  if (!std::filesystem::is_regular_file(path, error)) return false;
-  std::ifstream in(path, std::ios::binary);
-  if (!in) return false;
-  out.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-  return !in.bad();
-}
-
 std::filesystem::path resolve(const std::filesystem::path& dir) { return dir.empty() ? default_data_directory() : dir; }
 
 }  // namespace
@@ -316,7 +306,7 @@ std::shared_ptr<const OmahaRanking> omaha_ranking(EquityGame game, const std::fi
     generate_omaha_ranking(game, dir, attempt > 0, progress);
     const std::filesystem::path path = dir / name;
     std::vector<char> bytes;
-    if (!read_whole(path, bytes)) {
+    if (!read_regular_file(path, bytes)) {
       const std::string message = "cannot read the ranking '" + path.string() + "'";
       if (const int error = open_error(path)) throw FileError(message, path, error);
       throw Error(message);

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 
 #include "pokermath/support.h"
 
@@ -51,6 +52,15 @@ bool write_file(const std::wstring& path, const void* data, size_t size) {
 }
 
 namespace detail {
+
+bool read_regular_file(const fs::path& path, std::vector<char>& out) {
+  std::error_code error;
+  if (!fs::is_regular_file(path, error)) return false;
+  std::ifstream in(path, std::ios::binary);
+  if (!in) return false;
+  out.assign(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+  return !in.bad();
+}
 
 int open_error(const fs::path& path) {
   const int fd = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <filesystem>
+#include <vector>
 
 namespace pokermath::detail {
 
@@ -9,5 +10,9 @@ namespace pokermath::detail {
 // after a read has failed, it tells a file the system refuses from one refused for its content. It
 // does not wait: a FIFO opens at once, with or without a writer.
 int open_error(const std::filesystem::path& path);
+
+// The whole of a regular file into `out`; false when it is not a regular file (a FIFO or a
+// directory is refused without waiting) or cannot be read.
+bool read_regular_file(const std::filesystem::path& path, std::vector<char>& out);
 
 }  // namespace pokermath::detail
