@@ -76,11 +76,16 @@ TEST(OmahaPreflop, EveryClassEqualsABruteForceOnSmallDecks) {
       {EquityGame::OmahaHiLo, deck_of({12, 0, 1, 2, 3}), 2},  // A..5: a low on most boards
       {EquityGame::Omaha5HiLo, deck_of({12, 0, 1, 11}), 4},   // a low needs five ranks: none here
       {EquityGame::Omaha5, deck_of({8, 9, 10, 11}), 4},
+      {EquityGame::Omaha6, deck_of({8, 9, 10, 11, 12}), 2},
+      {EquityGame::Omaha6HiLo, deck_of({12, 0, 1, 2, 3}), 2},
   };
   std::mt19937 rng(17);
   for (const Case& c : cases) {
-    const int hole = c.game == EquityGame::Omaha5 || c.game == EquityGame::Omaha5HiLo ? 5 : 4;
-    const bool hi_lo = c.game == EquityGame::OmahaHiLo || c.game == EquityGame::Omaha5HiLo;
+    const int hole = c.game == EquityGame::Omaha5 || c.game == EquityGame::Omaha5HiLo   ? 5
+                     : c.game == EquityGame::Omaha6 || c.game == EquityGame::Omaha6HiLo ? 6
+                                                                                          : 4;
+    const bool hi_lo =
+        c.game == EquityGame::OmahaHiLo || c.game == EquityGame::Omaha5HiLo || c.game == EquityGame::Omaha6HiLo;
     const std::vector<OmahaPreflopEquity> table = compute_omaha_preflop(c.game, c.deck, 2);
     // The classes hold every holding once, and the equities of all holdings average to one half.
     double holdings = 0, sum = 0;
