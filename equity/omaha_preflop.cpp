@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <memory>
 #include <unordered_map>
 
 #include "equity/engine.h"
@@ -128,10 +129,11 @@ class TypeCounts {
       }
       const int id = t.kind_id[static_cast<size_t>(kind)], count = t.kind_count[static_cast<size_t>(kind)];
       const int cards = live[static_cast<size_t>(id)];
-      for (int u = 0; u <= count; ++u) {
+      for (int u = 0;; ++u) {
         self(self, kind + 1, size + u, index, subsets * binomial(count, u),
              containing * binomial(cards - u, count - u));
-        index += multiset_term(id, size + u);
+        if (u == count) break;
+        index += multiset_term(id, size + u);  // one more card of this type at position size + u
       }
     };
     step(step, 0, 0, 0, 1, 1);
@@ -485,9 +487,11 @@ std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const Ho
                                          const std::vector<BoardClass>& boards, size_t first, size_t last,
                                          const RunControl& control) {
   // Pieces of a few boards, each summed into counts of its own thread; integer sums, so any order
-  // gives the same totals.
+  // gives the same totals. Each thread keeps its board counter (its buffers take megabytes for 6-card
+  // holdings), made at its first piece.
   struct Pots {
     std::vector<int64_t> pot;
+    std::shared_ptr<BoardCounter> counter;
     void add(const Pots& other) {
       for (size_t i = 0; i < pot.size(); ++i) pot[i] += other.pot[i];
     }
@@ -496,11 +500,13 @@ std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const Ho
   // piece then, so that many threads share even a short range.
   const size_t kBoardsPerPiece = problem.hole == 6 ? 2 : 16;
   const size_t pieces = (last - first + kBoardsPerPiece - 1) / kBoardsPerPiece;
-  return run_exact_units(static_cast<int>(pieces), Pots{std::vector<int64_t>(holdings.classes().size(), 0)}, control,
+  return run_exact_units(static_cast<int>(pieces), Pots{std::vector<int64_t>(holdings.classes().size(), 0), nullptr},
+                         control,
                          [&](int piece, Pots& out) {
+                           if (!out.counter) out.counter = std::make_shared<BoardCounter>(problem, holdings);
                            const size_t from = first + static_cast<size_t>(piece) * kBoardsPerPiece;
-                           count_preflop_boards(problem, holdings, boards, from, std::min(last, from + kBoardsPerPiece),
-                                                out.pot);
+                           for (size_t b = from; b < std::min(last, from + kBoardsPerPiece); ++b)
+                             out.counter->count(boards[b], out.pot);
                          })
       .pot;
 }
