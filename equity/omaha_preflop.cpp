@@ -18,7 +18,6 @@ namespace pokermath::detail {
 namespace {
 
 constexpr int kMaxHole = 6;
-constexpr int kHighValues = 7462;  // high values are 1..7462
 
 // C(n, k) for n <= 52, k <= kMaxHole.
 struct Binomials {
