@@ -166,9 +166,9 @@ class BoardCounter {
   // The live cards and their types, the pair values and the holding types of the board.
   void find_types(uint64_t board) {
     const uint64_t live_mask = m_problem.deck & ~board;
-    m_flush_suit = -1;
+    int flush_suit = -1;
     for (int suit = 0; suit < 4; ++suit)
-      if (std::popcount(board >> (13 * suit) & 0x1FFF) >= 3) m_flush_suit = suit;
+      if (std::popcount(board >> (13 * suit) & 0x1FFF) >= 3) flush_suit = suit;
     m_live.fill(0);
     std::array<std::array<int, 2>, kTypeIds> sample{};  // up to two live cards of each type
     m_positions.clear();
@@ -178,7 +178,7 @@ class BoardCounter {
     for (size_t p = 0; p < deck.size(); ++p) {
       const int card = deck[p];
       if (!(live_mask >> card & 1)) continue;
-      const bool flush = card / 13 == m_flush_suit;
+      const bool flush = card / 13 == flush_suit;
       const int id = card % 13 + (flush ? 13 : 0);
       if (m_live[static_cast<size_t>(id)] < 2)
         sample[static_cast<size_t>(id)][static_cast<size_t>(m_live[static_cast<size_t>(id)])] = card;
@@ -405,8 +405,7 @@ class BoardCounter {
   const PreflopProblem& m_problem;
   const HoldingClasses& m_classes;
   int m_hole;
-  uint32_t m_rank_multisets;  // multisets of h ranks
-  int m_flush_suit = -1;
+  uint32_t m_rank_multisets;           // multisets of h ranks
   std::array<int, kTypeIds> m_live{};  // live cards of each card type
   std::array<std::array<uint16_t, kTypeIds>, kTypeIds> m_pair_value{};
   std::vector<uint32_t> m_positions, m_ranks, m_flush_cards, m_inner;  // per live card, by deck position
@@ -474,12 +473,6 @@ std::vector<BoardClass> preflop_board_classes(const PreflopProblem& problem) {
   for (const auto& [board, boards] : count) out.push_back({board, boards});
   std::sort(out.begin(), out.end(), [](const BoardClass& a, const BoardClass& b) { return a.board < b.board; });
   return out;
-}
-
-void count_preflop_boards(const PreflopProblem& problem, const HoldingClasses& holdings,
-                          const std::vector<BoardClass>& boards, size_t first, size_t last, std::vector<int64_t>& pot) {
-  BoardCounter counter(problem, holdings);
-  for (size_t b = first; b < last; ++b) counter.count(boards[b], pot);
 }
 
 std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const HoldingClasses& holdings,

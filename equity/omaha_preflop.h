@@ -72,16 +72,12 @@ struct BoardClass {
 };
 std::vector<BoardClass> preflop_board_classes(const PreflopProblem& problem);
 
-// Adds to `pot` the pot won by each holding class over the boards of classes [first, last): per
-// class, the sum over its holdings, those boards (each as many times as its class stands for) and the
-// opponent holdings sharing no card with either, of the pot share in quarters (a whole pot 4, half 2;
-// Hi/Lo splits into quarters). A class's equity is its total over all boards / (4 x its size x
-// deals_per_holding).
-void count_preflop_boards(const PreflopProblem& problem, const HoldingClasses& holdings,
-                          const std::vector<BoardClass>& boards, size_t first, size_t last, std::vector<int64_t>& pot);
-
-// count_preflop_boards over the boards [first, last) on control.threads threads, in pieces of a few
-// boards; reports progress and stops (throwing Cancelled) through `control`.
+// The pot won by each holding class over the boards of classes [first, last): per class, the sum
+// over its holdings, those boards (each as many times as its class stands for) and the opponent
+// holdings sharing no card with either, of the pot share in quarters (a whole pot 4, half 2; Hi/Lo
+// splits into quarters). A class's equity is its total over all boards / (4 x its size x
+// deals_per_holding). Runs on control.threads threads, in pieces of a few boards; reports progress
+// and stops (throwing Cancelled) through `control`.
 std::vector<int64_t> count_preflop_range(const PreflopProblem& problem, const HoldingClasses& holdings,
                                          const std::vector<BoardClass>& boards, size_t first, size_t last,
                                          const RunControl& control);
