@@ -1,6 +1,7 @@
-// The 16-lane batch: sixteen hands of N one-byte codes are 16N bytes. Two byte permutes turn them
-// into slot-major order (16 first cards, 16 second cards, ...), so every later step treats sixteen
-// hands with one instruction:
+// The 16-lane batch: sixteen hands of N one-byte codes are 16N bytes (int codes are narrowed to
+// bytes as they are loaded, with saturation, so a code outside 0..255 becomes 255 and fails the
+// checks). Two byte permutes turn them into slot-major order (16 first cards, 16 second cards, ...),
+// so every later step treats sixteen hands with one instruction:
 //   - the checks: a code of 52 or more, and a card twice in a hand, found by comparing the slots
 //     with rotated copies of themselves (8 compares of 64 bytes cover every pair of slots);
 //   - the rank part of the key: each code's rank by a 64-byte table permute, then its rank key by a
@@ -10,6 +11,11 @@
 // The sums then go through the perfect hash one hand at a time (two reads each; the hardware's
 // gathers are slower than plain loads here), a group behind, so the loads never wait on the store
 // of the sums. Flushes (3% of random seven-card hands) are valued one by one from their cards.
+//
+// The codes are read once, front to back, and the loop asks for them 4 KB ahead, past the page the
+// hardware's prefetcher follows: 5% less time on arrays streamed from memory. Narrowing int codes
+// in the same pass, rather than a block at a time into a buffer, lets their reading overlap the
+// work on earlier groups.
 #include "eval/hand_batch.h"
 
 #include <immintrin.h>
@@ -101,8 +107,8 @@ inline __m512i rotate_lanes(__m512i v) {
 }
 
 // The value of one hand from its codes (valid ones), for flushes and the last few hands.
-template <Ranking R, int N>
-inline int one_hand(const uint8_t* codes) {
+template <Ranking R, int N, typename Code>
+inline int one_hand(const Code* codes) {
   uint64_t key = kKeyStart, mask = 0;
   for (int i = 0; i < N; ++i) {
     key += kCardKeys[codes[i]];
@@ -112,16 +118,17 @@ inline int one_hand(const uint8_t* codes) {
 }
 
 // Checks and values the hands the vector loop leaves: fewer than sixteen.
-template <Ranking R, int N>
-bool tail(const uint8_t* codes, size_t hands, int* values) {
+template <Ranking R, int N, typename Code>
+bool tail(const Code* codes, size_t hands, int* values) {
   bool all_ok = true;
   for (size_t h = 0; h < hands; ++h) {
-    const uint8_t* c = codes + h * N;
+    const Code* c = codes + h * N;
     uint64_t mask = 0;
     bool ok = true;
     for (int i = 0; i < N; ++i) {
-      ok &= c[i] < 52 && (R == Ranking::Holdem || c[i] % 13 >= 4);
-      mask |= uint64_t{1} << (c[i] & 63);
+      const auto code = static_cast<std::make_unsigned_t<Code>>(c[i]);  // a negative int is large
+      ok &= code < 52 && (R == Ranking::Holdem || code % 13 >= 4);
+      mask |= uint64_t{1} << (code & 63);
     }
     ok &= std::popcount(mask) == N;
     values[h] = ok ? one_hand<R, N>(c) : 0;
@@ -130,13 +137,46 @@ bool tail(const uint8_t* codes, size_t hands, int* values) {
   return all_ok;
 }
 
+
+// Asks for the cards of the group `kAhead` bytes past this one. The address is formed as an
+// integer: it may lie past the end of the array, which a prefetch may name but a pointer may not.
+constexpr uintptr_t kAhead = 4096;
+template <int N, typename Code>
+inline void prefetch_ahead(const Code* group) {
+  const uintptr_t at = reinterpret_cast<uintptr_t>(group) + kAhead;
+  for (uintptr_t line = 0; line < 16 * N * sizeof(Code); line += 64)
+    _mm_prefetch(reinterpret_cast<const char*>(at + line), _MM_HINT_T0);
+}
+
+// Four 16-byte vectors as one, q0 lowest.
+inline __m512i join(__m128i q0, __m128i q1, __m128i q2, __m128i q3) {
+  const __m256i low = _mm256_inserti128_si256(_mm256_castsi128_si256(q0), q1, 1);
+  const __m256i high = _mm256_inserti128_si256(_mm256_castsi128_si256(q2), q3, 1);
+  return _mm512_inserti64x4(_mm512_castsi256_si512(low), high, 1);
+}
+
+// The 16N codes of sixteen hands as bytes: the first 64 in `a`, the rest in `b` (zero past them).
+template <int N>
+inline void load_group(const uint8_t* p, __m512i& a, __m512i& b) {
+  constexpr __mmask64 kRest = (__mmask64{1} << (16 * N - 64)) - 1;
+  a = _mm512_loadu_si512(p);
+  b = _mm512_maskz_loadu_epi8(kRest, p + 64);
+}
+template <int N>
+inline void load_group(const int* p, __m512i& a, __m512i& b) {
+  __m128i x[8];
+  for (int i = 0; i < N; ++i) x[i] = _mm512_cvtusepi32_epi8(_mm512_loadu_si512(p + 16 * i));
+  for (int i = N; i < 8; ++i) x[i] = _mm_setzero_si128();
+  a = join(x[0], x[1], x[2], x[3]);
+  b = join(x[4], x[5], x[6], x[7]);
+}
+
 }  // namespace
 
-template <Ranking R, int N>
-bool wide_batch(const uint8_t* codes, size_t hands, int* values) {
+template <Ranking R, int N, typename Code>
+bool wide_batch(const Code* codes, size_t hands, int* values) {
   constexpr bool kShortDeck = R != Ranking::Holdem;
   constexpr __mmask64 kReal = (__mmask64{1} << (16 * (N - 4))) - 1;  // lanes of the second vector that hold cards
-  constexpr __mmask64 kRest = (__mmask64{1} << (16 * N - 64)) - 1;   // bytes of 16 hands past the first 64
   const __m512i index0 = _mm512_load_si512(kSlotIndexes<N>[0].data());
   const __m512i index1 = _mm512_load_si512(kSlotIndexes<N>[1].data());
   const __m512i rank_of = _mm512_load_si512(kTables.rank.data());
@@ -152,7 +192,7 @@ bool wide_batch(const uint8_t* codes, size_t hands, int* values) {
   alignas(64) uint8_t ranks[2][64];
   // The group whose sums wait to be looked up.
   int* waiting_values = nullptr;
-  const uint8_t* waiting_codes = nullptr;
+  const Code* waiting_codes = nullptr;
   uint32_t waiting_flushes = 0;
   bool waiting_ok = true;
   auto finish = [&](const uint32_t* group_sums) {
@@ -167,9 +207,10 @@ bool wide_batch(const uint8_t* codes, size_t hands, int* values) {
 
   size_t h = 0;
   for (unsigned group = 0; h + 16 <= hands; h += 16, ++group) {
-    const uint8_t* p = codes + h * N;
-    const __m512i a = _mm512_loadu_si512(p);
-    const __m512i b = _mm512_maskz_loadu_epi8(kRest, p + 64);
+    const Code* p = codes + h * N;
+    prefetch_ahead<N>(p);
+    __m512i a, b;
+    load_group<N>(p, a, b);
     const __m512i s03 = _mm512_permutex2var_epi8(a, index0, b);
     const __m512i s4x = _mm512_mask_mov_epi8(no_card, kReal, _mm512_permutex2var_epi8(a, index1, b));
 
@@ -219,26 +260,6 @@ bool wide_batch(const uint8_t* codes, size_t hands, int* values) {
   return tail<R, N>(codes + h * N, hands - h, values + h) && all_ok;
 }
 
-template <Ranking R, int N>
-bool wide_batch(const int* codes, size_t hands, int* values) {
-  // Blocks of hands narrowed to bytes (saturated: a code outside 0..255, negative ones too, becomes
-  // 255 and fails the checks), then the byte batch.
-  constexpr size_t kBlock = 1024;
-  alignas(64) uint8_t bytes[kBlock * N];
-  bool ok = true;
-  for (size_t h = 0; h < hands; h += kBlock) {
-    const size_t n = std::min(kBlock, hands - h);
-    const int* c = codes + h * N;
-    size_t i = 0;
-    for (; i + 16 <= n * N; i += 16)
-      _mm_store_si128(reinterpret_cast<__m128i*>(bytes + i),
-                      _mm512_cvtusepi32_epi8(_mm512_loadu_si512(c + i)));
-    for (; i < n * N; ++i) bytes[i] = static_cast<uint8_t>(std::min<uint32_t>(static_cast<uint32_t>(c[i]), 255));
-    ok &= wide_batch<R, N>(bytes, n, values + h);
-  }
-  return ok;
-}
-
 POKERMATH_ALL_WIDE_BATCHES
 
 #if defined(__clang__)
@@ -250,12 +271,8 @@ POKERMATH_ALL_WIDE_BATCHES
 
 #else
 
-template <Ranking R, int N>
-bool wide_batch(const uint8_t*, size_t, int*) {
-  return false;
-}
-template <Ranking R, int N>
-bool wide_batch(const int*, size_t, int*) {
+template <Ranking R, int N, typename Code>
+bool wide_batch(const Code*, size_t, int*) {
   return false;
 }
 

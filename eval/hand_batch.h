@@ -11,13 +11,10 @@ namespace pokermath::detail {
 // True when the CPU runs the 16-lane batch (AVX-512 F, BW, VL and VBMI).
 bool wide_batch_available();
 
-// values[h] = the value of hand h, `hands` hands of N card codes each, one byte a code. Returns false
-// when some hand is not valid (a code outside 0..51, a card twice, and for the short deck a card
-// below six); the values are then unspecified. Call only when wide_batch_available().
-template <Ranking R, int N>
-bool wide_batch(const uint8_t* codes, size_t hands, int* values);
-// The same with int codes.
-template <Ranking R, int N>
-bool wide_batch(const int* codes, size_t hands, int* values);
+// values[h] = the value of hand h, `hands` hands of N card codes each (Code: uint8_t or int). Returns
+// false when some hand is not valid (a code outside 0..51, a card twice, and for the short deck a
+// card below six); the values are then unspecified. Call only when wide_batch_available().
+template <Ranking R, int N, typename Code>
+bool wide_batch(const Code* codes, size_t hands, int* values);
 
 }  // namespace pokermath::detail

