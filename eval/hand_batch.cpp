@@ -40,15 +40,29 @@ namespace pokermath::detail {
   POKERMATH_WIDE_BATCH(Ranking::China, 5)                                                                \
   POKERMATH_WIDE_BATCH(Ranking::China, 6)                                                                \
   POKERMATH_WIDE_BATCH(Ranking::China, 7)
+#define POKERMATH_ALL_MASK_BATCHES                                          \
+  template bool wide_mask_batch<Ranking::Holdem>(const uint64_t*, size_t, int*);    \
+  template bool wide_mask_batch<Ranking::ShortDeck>(const uint64_t*, size_t, int*); \
+  template bool wide_mask_batch<Ranking::China>(const uint64_t*, size_t, int*);
+
+#if defined(__x86_64__) && defined(__GNUC__)
+// AVX-512 F, BW and VL, which both batches use, and the named extension (a literal, as the builtin
+// wants one).
+#define POKERMATH_AVX512_WITH(extension)                                                                \
+  (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") && __builtin_cpu_supports("avx512vl") && \
+   __builtin_cpu_supports(extension))
+#else
+#define POKERMATH_AVX512_WITH(extension) false
+#endif
 
 bool wide_batch_available() {
-#if defined(__x86_64__) && defined(__GNUC__)
-  static const bool available = __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") &&
-                                __builtin_cpu_supports("avx512vl") && __builtin_cpu_supports("avx512vbmi");
+  static const bool available = POKERMATH_AVX512_WITH("avx512vbmi");
   return available;
-#else
-  return false;
-#endif
+}
+
+bool wide_mask_batch_available() {
+  static const bool available = POKERMATH_AVX512_WITH("avx512vpopcntdq");
+  return available;
 }
 
 #if defined(__x86_64__) && defined(__GNUC__)
@@ -269,6 +283,127 @@ POKERMATH_ALL_WIDE_BATCHES
 #pragma GCC pop_options
 #endif
 
+// ---- masks, eight hands at a time -------------------------------------------------------------------
+// One vector holds eight masks. The checks (the card counts) and the flush test (each suit's count)
+// take a few instructions for all eight. The rank part of each key comes from small tables held in
+// registers: each suit's 13 ranks are fields of 5, 5 and 3 bits, and a permute gives each field's sum
+// of rank keys, twelve permutes for the eight hands. Each sum then goes through the hash as in the
+// one-hand code; a group whose hands all have the same number of cards (the usual case) runs one
+// loop for that size. Flushes are valued one by one from their masks. Against four reads of the
+// 32 KB table of rank-set sums per hand, this took 7-card masks from 2.6 to 1.8 ns a hand.
+
+#if defined(__clang__)
+#pragma clang attribute push(__attribute__((target("avx512f,avx512vl,avx512bw,avx512vpopcntdq,popcnt"))), \
+                             apply_to = function)
+#else
+#pragma GCC push_options
+#pragma GCC target("avx512f,avx512vl,avx512bw,avx512vpopcntdq,popcnt")
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"  // as above
+#endif
+
+namespace {
+
+// The sums of the rank keys of every subset of ranks 0..4 and 5..9 (32 each), and of ranks 10..12
+// (8, repeated to fill 16 lanes).
+struct FieldSums {
+  alignas(64) std::array<uint32_t, 32> low{}, middle{};
+  alignas(64) std::array<uint32_t, 16> high{};
+
+  constexpr FieldSums() {
+    for (int set = 0; set < 32; ++set)
+      for (int b = 0; b < 5; ++b)
+        if (set >> b & 1) {
+          low[set] += kRankKeys[b];
+          middle[set] += kRankKeys[5 + b];
+          if (b < 3 && set < 8) high[set] = high[set + 8] += kRankKeys[10 + b];
+        }
+  }
+};
+constexpr FieldSums kFieldSums;
+
+// The values of eight hands of N cards from the rank parts of their keys.
+template <Ranking R, int N>
+inline void rank_values(const uint32_t* sums, int* values) {
+  for (int i = 0; i < 8; ++i) values[i] = rank_value<R, N>(sums[i]);
+}
+
+}  // namespace
+
+template <Ranking R>
+bool wide_mask_batch(const uint64_t* masks, size_t hands, int* values) {
+  const __m512i slice = _mm512_set1_epi64(0x1FFF);
+  const __m512i off_deck = _mm512_set1_epi64(static_cast<int64_t>(~uint64_t{0} << 52));
+  const __m512i below_six = _mm512_set1_epi64(static_cast<int64_t>(kBelowSix));
+  const __m512i five = _mm512_set1_epi64(5), seven = _mm512_set1_epi64(7);
+  const __m512i low0 = _mm512_load_si512(kFieldSums.low.data()), low1 = _mm512_load_si512(kFieldSums.low.data() + 16);
+  const __m512i mid0 = _mm512_load_si512(kFieldSums.middle.data());
+  const __m512i mid1 = _mm512_load_si512(kFieldSums.middle.data() + 16);
+  const __m512i high = _mm512_load_si512(kFieldSums.high.data());
+  alignas(32) uint32_t sums[8];
+  bool all_ok = true;
+  size_t h = 0;
+  for (; h + 8 <= hands; h += 8) {
+    // Eight masks are one cache line: ask for the line kAhead bytes on, as the code batch does.
+    _mm_prefetch(reinterpret_cast<const char*>(reinterpret_cast<uintptr_t>(masks + h) + kAhead), _MM_HINT_T0);
+    const __m512i m = _mm512_loadu_si512(masks + h);
+    const __m512i s[4] = {_mm512_and_si512(m, slice), _mm512_and_si512(_mm512_srli_epi64(m, 13), slice),
+                          _mm512_and_si512(_mm512_srli_epi64(m, 26), slice),
+                          _mm512_and_si512(_mm512_srli_epi64(m, 39), slice)};
+    const __m512i n = _mm512_popcnt_epi64(m);
+    __mmask8 bad = _mm512_test_epi64_mask(m, off_deck) | _mm512_cmplt_epu64_mask(n, five) |
+                   _mm512_cmpgt_epu64_mask(n, seven);
+    if constexpr (R != Ranking::Holdem) bad |= _mm512_test_epi64_mask(m, below_six);
+    if (bad) {
+      all_ok = false;
+      continue;
+    }
+    // The rank part of each key: each suit's ranks in fields of 5, 5 and 3 bits, each field's sum
+    // of rank keys by a permute (which reads only the low bits of each index, so the bits above a
+    // field need no masking), added in the low dword of each lane.
+    __mmask8 flushes = 0;
+    __m512i sum = _mm512_setzero_si512();
+    for (int k = 0; k < 4; ++k) {
+      flushes |= _mm512_cmpge_epu64_mask(_mm512_popcnt_epi64(s[k]), five);
+      const __m512i at = _mm512_srli_epi64(m, 13 * k);
+      sum = _mm512_add_epi32(sum, _mm512_permutex2var_epi32(low0, at, low1));
+      sum = _mm512_add_epi32(sum, _mm512_permutex2var_epi32(mid0, _mm512_srli_epi64(at, 5), mid1));
+      sum = _mm512_add_epi32(sum, _mm512_permutexvar_epi32(_mm512_srli_epi64(at, 10), high));
+    }
+    _mm256_store_si256(reinterpret_cast<__m256i*>(sums), _mm512_cvtepi64_epi32(sum));
+    const int n0 = _mm_cvtsi128_si32(_mm512_castsi512_si128(n));
+    int* v = values + h;
+    if (_mm512_cmpeq_epi64_mask(n, _mm512_set1_epi64(n0)) == 0xFF) {
+      if (n0 == 7)
+        rank_values<R, 7>(sums, v);
+      else if (n0 == 6)
+        rank_values<R, 6>(sums, v);
+      else
+        rank_values<R, 5>(sums, v);
+    } else {
+      bool unused = false;
+      for (int i = 0; i < 8; ++i) v[i] = mask_value<R>(masks[h + i], unused);
+    }
+    for (unsigned f = flushes; f; f &= f - 1) {
+      bool unused = false;
+      const int i = std::countr_zero(f);
+      v[i] = mask_value<R>(masks[h + i], unused);
+    }
+  }
+  bool bad = false;
+  for (; h < hands; ++h) values[h] = mask_value<R>(masks[h], bad);
+  return all_ok && !bad;
+}
+
+POKERMATH_ALL_MASK_BATCHES
+
+#if defined(__clang__)
+#pragma clang attribute pop
+#else
+#pragma GCC diagnostic pop
+#pragma GCC pop_options
+#endif
+
 #else
 
 template <Ranking R, int N, typename Code>
@@ -277,6 +412,13 @@ bool wide_batch(const Code*, size_t, int*) {
 }
 
 POKERMATH_ALL_WIDE_BATCHES
+
+template <Ranking R>
+bool wide_mask_batch(const uint64_t*, size_t, int*) {
+  return false;
+}
+
+POKERMATH_ALL_MASK_BATCHES
 
 #endif
 

@@ -93,6 +93,32 @@ inline int hand_value_of(uint64_t key, uint64_t mask) {
   return rank_value<R, Cards>(static_cast<uint32_t>(key));
 }
 
+// The cards below six: ranks 2..5 of every suit.
+inline constexpr uint64_t kBelowSix =
+    uint64_t{0xF} | uint64_t{0xF} << 13 | uint64_t{0xF} << 26 | uint64_t{0xF} << 39;
+
+// The value of a hand given as a card mask; `bad` is set (never cleared) when the mask is not a hand
+// of 5 to 7 cards of the ranking's deck. The rank part of the key is the sum of the four suits'
+// entries in kRankSetSums.
+template <Ranking R>
+inline int mask_value(uint64_t mask, bool& bad) {
+  const int n = std::popcount(mask);
+  if ((mask >> 52) != 0 || n < 5 || n > 7 || (R != Ranking::Holdem && (mask & kBelowSix) != 0)) [[unlikely]] {
+    bad = true;
+    return 0;
+  }
+  const uint32_t suits[4] = {static_cast<uint32_t>(mask) & 0x1FFF, static_cast<uint32_t>(mask >> 13) & 0x1FFF,
+                             static_cast<uint32_t>(mask >> 26) & 0x1FFF, static_cast<uint32_t>(mask >> 39) & 0x1FFF};
+  for (uint32_t s : suits)
+    if (std::popcount(s) >= 5) return flush_value<R>(s);
+  const uint32_t sum = kRankSetSums[suits[0]] + kRankSetSums[suits[1]] + kRankSetSums[suits[2]] + kRankSetSums[suits[3]];
+  switch (n) {
+    case 5: return rank_value<R, 5>(sum);
+    case 6: return rank_value<R, 6>(sum);
+    default: return rank_value<R, 7>(sum);
+  }
+}
+
 // A hand built one card at a time. The engines build the board's state once and add each player's
 // hole cards on top: the sum of their two card keys and the OR of their bits.
 struct HandState {

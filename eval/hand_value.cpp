@@ -5,7 +5,8 @@
 // value needs anyway. A bad hand gives a flag; the error is built afterwards by the plain checks,
 // which name the fault. The hot functions are compiled twice on x86-64, for x86-64-v3 (one popcnt
 // instruction) and for the baseline, and the loader picks one by the CPU. Batches of card codes run
-// sixteen hands at a time where the CPU has AVX-512 (eval/hand_batch.cpp), else hand by hand here.
+// sixteen hands at a time and batches of masks eight where the CPU has AVX-512 (eval/hand_batch.cpp),
+// else hand by hand here.
 #include <emmintrin.h>
 
 #include <algorithm>
@@ -33,9 +34,6 @@ constexpr std::array<uint64_t, 52> kCardBits = [] {
   for (int c = 0; c < 52; ++c) bits[c] = uint64_t{1} << c;
   return bits;
 }();
-
-// The cards below six: ranks 2..5 of every suit.
-constexpr uint64_t kBelowSix = uint64_t{0xF} | uint64_t{0xF} << 13 | uint64_t{0xF} << 26 | uint64_t{0xF} << 39;
 
 // True when all N (4..8) codes are card codes 0..51.
 template <int N, typename Code>
@@ -70,33 +68,12 @@ template <Ranking R, int N, typename Code>
   }
   // A repeated card sets one bit for two cards. A bad hand is not looked up: its ranks may not be a
   // hand's (five aces), whose key sum the perfect hash does not cover.
-  const bool ok = std::popcount(mask) == N && (R == Ranking::Holdem || (mask & kBelowSix) == 0);
+  const bool ok = std::popcount(mask) == N && (R == Ranking::Holdem || (mask & detail::kBelowSix) == 0);
   if (!ok) [[unlikely]] {
     bad = true;
     return 0;
   }
   return detail::hand_value_of<R, N>(key, mask);
-}
-
-// The value of a hand given as a card mask; `bad` as above.
-template <Ranking R>
-[[gnu::always_inline]] inline int mask_value(uint64_t mask, bool& bad) {
-  const int n = std::popcount(mask);
-  if ((mask >> 52) != 0 || n < 5 || n > 7 || (R != Ranking::Holdem && (mask & kBelowSix) != 0)) [[unlikely]] {
-    bad = true;
-    return 0;
-  }
-  const uint32_t suits[4] = {static_cast<uint32_t>(mask) & 0x1FFF, static_cast<uint32_t>(mask >> 13) & 0x1FFF,
-                             static_cast<uint32_t>(mask >> 26) & 0x1FFF, static_cast<uint32_t>(mask >> 39) & 0x1FFF};
-  for (uint32_t s : suits)
-    if (std::popcount(s) >= 5) return detail::flush_value<R>(s);
-  const uint32_t sum = detail::kRankSetSums[suits[0]] + detail::kRankSetSums[suits[1]] +
-                       detail::kRankSetSums[suits[2]] + detail::kRankSetSums[suits[3]];
-  switch (n) {
-    case 5: return detail::rank_value<R, 5>(sum);
-    case 6: return detail::rank_value<R, 6>(sum);
-    default: return detail::rank_value<R, 7>(sum);
-  }
 }
 
 // Throws the plain checks' error for a bad hand.
@@ -215,9 +192,15 @@ template <Ranking R>
   if (values.size() != masks.size())
     throw Error("room for " + std::to_string(values.size()) + " values, but " + std::to_string(masks.size()) +
                 " hands");
-  bool bad = false;
-  for (size_t h = 0; h < masks.size(); ++h) values[h] = mask_value<R>(masks[h], bad);
-  if (bad) bad_mask_batch(masks, R);
+  bool ok;
+  if (detail::wide_mask_batch_available()) {
+    ok = detail::wide_mask_batch<R>(masks.data(), masks.size(), values.data());
+  } else {
+    bool bad = false;
+    for (size_t h = 0; h < masks.size(); ++h) values[h] = detail::mask_value<R>(masks[h], bad);
+    ok = !bad;
+  }
+  if (!ok) bad_mask_batch(masks, R);
 }
 
 }  // namespace

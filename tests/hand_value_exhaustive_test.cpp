@@ -2,9 +2,12 @@
 // every form (one hand, batches of int codes, byte codes and masks), and its checks of bad input.
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <climits>
 #include <mutex>
+#include <numeric>
 #include <optional>
+#include <random>
 
 #include "test_util.h"
 
@@ -198,6 +201,27 @@ void expect_rejected(const BadHand& bad, Rules rules) {
           << what << " as bytes";
     }
   }
+}
+
+// Masks of 5, 6 and 7 cards mixed in one batch: groups whose hands differ in size take another path
+// than the sweeps above, where every batch holds one size.
+TEST(HandValueExhaustive, MasksOfMixedSizesInOneBatch) {
+  std::mt19937 rng(7);
+  std::array<int, 52> deck;
+  std::iota(deck.begin(), deck.end(), 0);
+  std::vector<uint64_t> masks;
+  std::vector<int> expected;
+  for (int h = 0; h < 20001; ++h) {
+    const int n = 5 + static_cast<int>(rng() % 3);
+    std::shuffle(deck.begin(), deck.end(), rng);
+    uint64_t mask = 0;
+    for (int i = 0; i < n; ++i) mask |= uint64_t{1} << deck[i];
+    masks.push_back(mask);
+    expected.push_back(hand_value(std::span<const int>(deck.data(), n)));
+  }
+  std::vector<int> values(masks.size());
+  hand_values(masks, values);
+  EXPECT_EQ(values, expected);
 }
 
 TEST(HandValueChecks, BadHandsGetThePlainChecksMessage) {
