@@ -36,15 +36,6 @@ constexpr size_t kTableHeaderBytes = 8 + 4 + 4 + 8 + 4 + 4 + 8 + 8;
 constexpr size_t kTableRecordBytes = 8 + 4 + 8;  // class mask, holdings, pot in quarters
 constexpr uint64_t kFullDeck = (uint64_t{1} << 52) - 1;
 
-void put(std::vector<char>& out, uint64_t v, int bytes) {
-  for (int b = 0; b < bytes; ++b) out.push_back(static_cast<char>(v >> (8 * b) & 0xFF));
-}
-uint64_t get(const char* p, int bytes) {
-  uint64_t v = 0;
-  for (int b = bytes - 1; b >= 0; --b) v = v << 8 | static_cast<unsigned char>(p[b]);
-  return v;
-}
-
 uint64_t checksum_of(const char* data, size_t size) {
   Checksum sum;
   sum.update(data, size);
@@ -218,13 +209,13 @@ fs::path PreflopTableRun::unit_path(int unit) const {
 
 std::vector<char> PreflopTableRun::unit_header(int unit) const {
   std::vector<char> out(kUnitMagic, kUnitMagic + 8);
-  put(out, static_cast<uint64_t>(m_problem.hole), 4);
-  put(out, m_problem.hi_lo ? 1 : 0, 4);
-  put(out, m_problem.deck, 8);
-  put(out, static_cast<uint64_t>(m_unit_boards), 4);
-  put(out, static_cast<uint64_t>(unit), 4);
-  put(out, m_holdings.classes().size(), 4);
-  put(out, static_cast<uint64_t>(m_units), 4);
+  put_le(out, static_cast<uint64_t>(m_problem.hole), 4);
+  put_le(out, m_problem.hi_lo ? 1 : 0, 4);
+  put_le(out, m_problem.deck, 8);
+  put_le(out, static_cast<uint64_t>(m_unit_boards), 4);
+  put_le(out, static_cast<uint64_t>(unit), 4);
+  put_le(out, m_holdings.classes().size(), 4);
+  put_le(out, static_cast<uint64_t>(m_units), 4);
   return out;
 }
 
@@ -235,9 +226,9 @@ std::vector<int64_t> PreflopTableRun::read_unit(int unit) const {
   if (!read_regular_file(unit_path(unit), bytes) || bytes.size() != kUnitHeaderBytes + 8 * classes + 8) return {};
   const std::vector<char> header = unit_header(unit);
   if (!std::equal(header.begin(), header.end(), bytes.begin())) return {};
-  if (checksum_of(bytes.data(), bytes.size() - 8) != get(&bytes[bytes.size() - 8], 8)) return {};
+  if (checksum_of(bytes.data(), bytes.size() - 8) != get_le(&bytes[bytes.size() - 8], 8)) return {};
   std::vector<int64_t> pot(classes);
-  for (size_t i = 0; i < classes; ++i) pot[i] = static_cast<int64_t>(get(&bytes[kUnitHeaderBytes + 8 * i], 8));
+  for (size_t i = 0; i < classes; ++i) pot[i] = static_cast<int64_t>(get_le(&bytes[kUnitHeaderBytes + 8 * i], 8));
   return pot;
 }
 
@@ -269,8 +260,8 @@ PreflopTableRun::UnitResult PreflopTableRun::compute_unit(int unit, int threads,
   const std::vector<int64_t> pot = count_preflop_range(m_problem, m_holdings, m_boards, first, last, control);
 
   std::vector<char> bytes = unit_header(unit);
-  for (int64_t p : pot) put(bytes, static_cast<uint64_t>(p), 8);
-  put(bytes, checksum_of(bytes.data(), bytes.size()), 8);
+  for (int64_t p : pot) put_le(bytes, static_cast<uint64_t>(p), 8);
+  put_le(bytes, checksum_of(bytes.data(), bytes.size()), 8);
   const fs::path temporary = path.string() + temporary_suffix();
   int error = 0;
   if (!write_synced(temporary, bytes, error)) {
@@ -316,21 +307,21 @@ int PreflopTableRun::merge(int threads, const TableProgress& progress) {
   }
 
   std::vector<char> bytes(kTableMagic, kTableMagic + 8);
-  put(bytes, static_cast<uint64_t>(m_problem.hole), 4);
-  put(bytes, m_problem.hi_lo ? 1 : 0, 4);
-  put(bytes, m_problem.deck, 8);
-  put(bytes, classes, 4);
-  put(bytes, 0, 4);
-  put(bytes, static_cast<uint64_t>(m_problem.deals_per_holding()), 8);
+  put_le(bytes, static_cast<uint64_t>(m_problem.hole), 4);
+  put_le(bytes, m_problem.hi_lo ? 1 : 0, 4);
+  put_le(bytes, m_problem.deck, 8);
+  put_le(bytes, classes, 4);
+  put_le(bytes, 0, 4);
+  put_le(bytes, static_cast<uint64_t>(m_problem.deals_per_holding()), 8);
   uint64_t holdings = 0;
   for (uint32_t size : m_holdings.sizes()) holdings += size;
-  put(bytes, holdings, 8);
+  put_le(bytes, holdings, 8);
   for (size_t i = 0; i < classes; ++i) {
-    put(bytes, m_holdings.classes()[i], 8);
-    put(bytes, m_holdings.sizes()[i], 4);
-    put(bytes, static_cast<uint64_t>(total[i]), 8);
+    put_le(bytes, m_holdings.classes()[i], 8);
+    put_le(bytes, m_holdings.sizes()[i], 4);
+    put_le(bytes, static_cast<uint64_t>(total[i]), 8);
   }
-  put(bytes, checksum_of(bytes.data(), bytes.size()), 8);
+  put_le(bytes, checksum_of(bytes.data(), bytes.size()), 8);
   write_table(m_dir, m_name, bytes.size(), [&](const fs::path& temporary) {
     int error = 0;
     return write_synced(temporary, bytes, error);
@@ -344,16 +335,16 @@ namespace {
 std::string decode_table(const std::vector<char>& bytes, EquityGame game, const PreflopProblem& problem,
                          std::shared_ptr<const OmahaPreflopTable>& out) {
   if (bytes.size() < kTableHeaderBytes + 8) return "it is too short";
-  const uint64_t classes = get(&bytes[24], 4);
+  const uint64_t classes = get_le(&bytes[24], 4);
   if (bytes.size() != kTableHeaderBytes + classes * kTableRecordBytes + 8) return "its size does not match its header";
   if (!std::equal(kTableMagic, kTableMagic + 8, bytes.data()) ||
-      get(&bytes[8], 4) != static_cast<uint64_t>(problem.hole) || get(&bytes[12], 4) != (problem.hi_lo ? 1u : 0u) ||
-      get(&bytes[16], 8) != problem.deck)
+      get_le(&bytes[8], 4) != static_cast<uint64_t>(problem.hole) ||
+      get_le(&bytes[12], 4) != (problem.hi_lo ? 1u : 0u) || get_le(&bytes[16], 8) != problem.deck)
     return "its header is not that of this table";
-  const uint64_t checksum = get(&bytes[bytes.size() - 8], 8);
+  const uint64_t checksum = get_le(&bytes[bytes.size() - 8], 8);
   if (checksum_of(bytes.data(), bytes.size() - 8) != checksum) return "its checksum does not match its content";
-  const uint64_t deals = get(&bytes[32], 8);
-  const uint64_t all_holdings = get(&bytes[40], 8);
+  const uint64_t deals = get_le(&bytes[32], 8);
+  const uint64_t all_holdings = get_le(&bytes[40], 8);
   if (deals != static_cast<uint64_t>(problem.deals_per_holding())) return "its header is not that of this table";
 
   struct Record {
@@ -366,7 +357,7 @@ std::string decode_table(const std::vector<char>& bytes, EquityGame game, const 
   for (uint64_t i = 0; i < classes; ++i) {
     const char* p = &bytes[kTableHeaderBytes + i * kTableRecordBytes];
     Record& r = records[i];
-    r = {get(p, 8), static_cast<uint32_t>(get(p + 8, 4)), static_cast<int64_t>(get(p + 12, 8))};
+    r = {get_le(p, 8), static_cast<uint32_t>(get_le(p + 8, 4)), static_cast<int64_t>(get_le(p + 12, 8))};
     if (std::popcount(r.mask) != problem.hole || (r.mask & ~problem.deck) || omaha_suit_class(r.mask) != r.mask ||
         (i > 0 && r.mask <= records[i - 1].mask) || r.holdings == 0 || r.holdings > 24 || r.quarters < 0 ||
         static_cast<unsigned __int128>(r.quarters) > static_cast<unsigned __int128>(4) * r.holdings * deals)

@@ -169,30 +169,20 @@ uint64_t class_seed(const RankingGame& g, uint64_t holding) {
   return Rng::splitmix(x);
 }
 
-void put32(std::vector<char>& out, uint32_t v) {
-  for (int b = 0; b < 4; ++b) out.push_back(static_cast<char>(v >> (8 * b) & 0xFF));
-}
-uint64_t get(const char* p, int bytes) {
-  uint64_t v = 0;
-  for (int b = bytes - 1; b >= 0; --b) v = v << 8 | static_cast<unsigned char>(p[b]);
-  return v;
-}
-
 std::vector<char> encode(const OmahaRanking& r) {
   std::vector<char> out(kMagic, kMagic + 8);
-  put32(out, static_cast<uint32_t>(r.hole_cards));
-  put32(out, r.hi_lo ? 1 : 0);
-  put32(out, static_cast<uint32_t>(r.classes.size()));
+  put_le(out, static_cast<uint32_t>(r.hole_cards), 4);
+  put_le(out, r.hi_lo ? 1 : 0, 4);
+  put_le(out, static_cast<uint32_t>(r.classes.size()), 4);
   const float std_error = static_cast<float>(r.std_error);
   uint32_t std_error_bits;
   std::memcpy(&std_error_bits, &std_error, 4);
-  put32(out, std_error_bits);
+  put_le(out, std_error_bits, 4);
   for (size_t i = 0; i < r.classes.size(); ++i) {
-    put32(out, static_cast<uint32_t>(r.classes[i]));
-    put32(out, static_cast<uint32_t>(r.classes[i] >> 32));
+    put_le(out, r.classes[i], 8);
     uint32_t bits;
     std::memcpy(&bits, &r.equity[i], 4);
-    put32(out, bits);
+    put_le(out, bits, 4);
   }
   return out;
 }
@@ -201,10 +191,10 @@ std::vector<char> encode(const OmahaRanking& r) {
 std::string decode(const std::vector<char>& bytes, const RankingGame& g, OmahaRanking& r) {
   const uint64_t count = class_count(g.hole);
   if (bytes.size() != kHeaderBytes + count * kRecordBytes) return "its size is not that of the ranking";
-  if (!std::equal(kMagic, kMagic + 8, bytes.data()) || get(&bytes[8], 4) != static_cast<uint64_t>(g.hole) ||
-      get(&bytes[12], 4) != (g.hi_lo ? 1u : 0u) || get(&bytes[16], 4) != count)
+  if (!std::equal(kMagic, kMagic + 8, bytes.data()) || get_le(&bytes[8], 4) != static_cast<uint64_t>(g.hole) ||
+      get_le(&bytes[12], 4) != (g.hi_lo ? 1u : 0u) || get_le(&bytes[16], 4) != count)
     return "its header is not that of the ranking";
-  const auto std_error_bits = static_cast<uint32_t>(get(&bytes[20], 4));
+  const auto std_error_bits = static_cast<uint32_t>(get_le(&bytes[20], 4));
   float std_error;
   std::memcpy(&std_error, &std_error_bits, 4);
   if (!(std_error > 0 && std_error < 1)) return "its header is not that of the ranking";
@@ -215,8 +205,8 @@ std::string decode(const std::vector<char>& bytes, const RankingGame& g, OmahaRa
   r.equity.resize(count);
   for (uint64_t i = 0; i < count; ++i) {
     const char* p = &bytes[kHeaderBytes + i * kRecordBytes];
-    r.classes[i] = get(p, 8);
-    const auto bits = static_cast<uint32_t>(get(p + 8, 4));
+    r.classes[i] = get_le(p, 8);
+    const auto bits = static_cast<uint32_t>(get_le(p + 8, 4));
     std::memcpy(&r.equity[i], &bits, 4);
     if (std::popcount(r.classes[i]) != g.hole || r.classes[i] >> 52 || omaha_suit_class(r.classes[i]) != r.classes[i])
       return "record " + std::to_string(i + 1) + " is not a class of holdings";

@@ -9,6 +9,8 @@
 #include <cstdint>
 #include <vector>
 
+#include "support/files.h"
+
 namespace pokermath::detail {
 
 template <size_t Fields>
@@ -27,21 +29,15 @@ inline constexpr size_t kCombinationRecordBytes = kRecordBytes<2>;  // 8
 template <size_t Fields>
 TableRecord<Fields> decode_record(const char* bytes) {
   TableRecord<Fields> record{};
-  for (size_t field = 0; field < Fields; ++field) {
-    uint32_t value = 0;
-    for (int b = 3; b >= 0; --b) value = value << 8 | static_cast<unsigned char>(bytes[4 * field + b]);
-    record[field] = static_cast<int32_t>(value);
-  }
+  for (size_t field = 0; field < Fields; ++field)
+    record[field] = static_cast<int32_t>(static_cast<uint32_t>(get_le(bytes + 4 * field, 4)));
   return record;
 }
 
 // Appends the record's bytes to `out`.
 template <size_t Fields>
 void append_record(std::vector<char>& out, const TableRecord<Fields>& record) {
-  for (const int32_t field : record) {
-    const auto value = static_cast<uint32_t>(field);
-    for (int b = 0; b < 4; ++b) out.push_back(static_cast<char>(value >> (8 * b) & 0xFF));
-  }
+  for (const int32_t field : record) put_le(out, static_cast<uint32_t>(field), 4);
 }
 
 }  // namespace pokermath::detail
